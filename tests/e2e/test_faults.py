@@ -1,0 +1,284 @@
+"""What goes wrong: lost connections, bad data, faults of the server, missing files, kills."""
+
+import os
+import random
+import re
+import shutil
+import time
+import unittest
+
+from harness import World, WorldTest, each_transport, write_text
+
+
+def sessions(world):
+    """The log lines of the sessions that have ended."""
+    return re.findall(r"session \d+ .*", world.read_server_log())
+
+
+class Connection(WorldTest):
+
+    @each_transport
+    def test_resume_after_a_dropped_connection(self, transport):
+        world = self.world
+        world.publish(1, size=1000000)
+        world.start_server("--fault", "drop-after:500000", *transport)
+        self.assert_started(world.run_launcher(), 1)
+        world.wait_for(lambda: len(sessions(world)) >= 2)
+        lines = sessions(world)
+        # What had been checked isn't sent again: the second session begins where the checked part
+        # ends, and both together send the archive and less than one run of blocks more.
+        resumed = [int(n) for n in re.findall(r"get app@(\d+)", lines[1])]
+        self.assertGreater(resumed[0], 400000)
+        sent = sum(int(re.search(r"sent (\d+) bytes", line).group(1)) for line in lines)
+        archive = os.path.getsize(os.path.join(world.published, "app", "app_x11i86.tar.gz"))
+        self.assertLess(sent, archive + 2 * 4 * 8192)
+
+    def test_close_in_a_stream_without_an_installed_client_is_told(self):
+        world = self.world
+        world.publish(1, size=1000000)
+        world.start_server("--fault", "close-in-stream:300000")
+        result = world.run_launcher()
+        self.assertIsNone(result.started_version())
+        self.assertIn("Unable to connect to the Tessarine auto download server.", result.output)
+        self.assertIn("kbarticleid=73", result.output)
+        self.assert_started(world.run_launcher(), 1)
+
+    def test_server_unreachable_on_a_first_installation(self):
+        world = self.world
+        world.port = closed_port()
+        world.configure()
+        result = world.run_launcher()
+        self.assertIn("Connect attempt 10 of 10...", result.output)
+        self.assertIn("Unable to connect to the Tessarine auto download server.", result.output)
+        self.assertIsNone(result.started_version())
+
+    def test_server_unreachable_with_an_installed_client(self):
+        world = self.world
+        world.publish(4)
+        world.start_server()
+        self.assert_started(world.run_launcher(), 4)
+        world.stop_server()
+        world.port = closed_port()
+        world.configure()
+        result = world.run_launcher()
+        self.assert_started(result, 4)
+        self.assertNotIn("Unable to connect", result.output)
+
+    def test_stalled_download_ends_when_the_user_interrupts(self):
+        world = self.world
+        world.publish(1, size=1000000)
+        world.start_server("--fault", "stall-after:100000")
+        process = world.start_launcher()
+        world.wait_for(lambda: world.downloads())
+        time.sleep(0.3)
+        process.terminate()
+        output = process.communicate(timeout=10)[0].decode()
+        self.assertEqual(0, process.returncode, output)
+
+
+class BadData(WorldTest):
+
+    @each_transport
+    def test_wrong_archive_checksum_keeps_the_old_client(self, transport):
+        world = self.world
+        world.publish(1)
+        world.start_server(*transport)
+        self.assert_started(world.run_launcher(), 1)
+        world.publish(2)
+        world.start_server("--fault", "bad-archive-crc", *transport)
+        self.assert_started(world.run_launcher(), 1)
+        self.assertEqual([], world.downloads())
+        world.start_server(*transport)
+        self.assert_started(world.run_launcher(), 2)
+
+    def test_wrong_archive_checksum_on_a_first_installation_is_told(self):
+        world = self.world
+        world.publish(1)
+        world.start_server("--fault", "bad-archive-crc")
+        result = world.run_launcher()
+        self.assertIn("The downloaded file appears to be corrupt.", result.output)
+        self.assertIn("kbarticleid=80", result.output)
+
+    def test_flipped_byte_and_wrong_block_checksum_cost_one_run_of_blocks(self):
+        for fault in ("flip-block:9", "bad-block-crc:2"):
+            with self.subTest(fault=fault):
+                world = self.world = World()
+                world.publish(1)
+                world.start_server("--transfer", "blocks", "--block-size", "8192",
+                                   "--checkpoint-every", "4", "--fault", fault)
+                self.assert_started(world.run_launcher(), 1)
+                world.wait_for(lambda: sessions(world))
+                asked = re.findall(r"get app@(\d+)", sessions(world)[0])
+                self.assertEqual(1, len(asked) - len(set(asked)), asked)
+                world.close()
+
+    @each_transport
+    def test_peers_of_another_kind_are_understood(self, transport):
+        for fault in ("big-endian", "byte-prefix"):
+            with self.subTest(fault=fault):
+                world = self.world = World()
+                world.publish(1, size=50000)
+                world.start_server("--fault", fault, *transport)
+                self.assert_started(world.run_launcher(), 1)
+                world.close()
+
+    def test_unknown_message_is_a_server_error(self):
+        world = self.world
+        world.publish(1)
+        world.start_server("--fault", "unknown-id")
+        result = world.run_launcher()
+        self.assertIn("The server has reported an unknown error.", result.output)
+
+    def test_archive_without_its_check_file(self):
+        world = self.world
+        world.publish(1)
+        self.replace_archive({"readme.txt": "no settings here\n"})
+        world.start_server()
+        result = world.run_launcher()
+        self.assertIn("Extracting the new files failed.", result.output)
+        self.assertEqual([], [name for name in world.versions() if name == "app_1"])
+
+    def test_archive_that_leads_outside_is_refused(self):
+        world = self.world
+        world.publish(1)
+        self.replace_archive({"autopatch.cfg": "EXE_NAME\n\tx\n", "../../outside.txt": "evil\n"})
+        world.start_server()
+        result = world.run_launcher()
+        self.assertIn("Extracting the new files failed.", result.output)
+        found = [name for _, _, names in os.walk(world.user) for name in names]
+        self.assertNotIn("outside.txt", found)
+
+    def replace_archive(self, files):
+        import io
+        import tarfile
+        path = os.path.join(self.world.published, "app", "app_x11i86.tar.gz")
+        with tarfile.open(path, "w:gz", format=tarfile.USTAR_FORMAT) as tar:
+            for name, text in files.items():
+                entry = tarfile.TarInfo(name)
+                entry.size = len(text)
+                tar.addfile(entry, io.BytesIO(text.encode()))
+
+
+class Missing(WorldTest):
+
+    def setUp(self):
+        super().setUp()
+        self.world.publish(5)
+        self.world.start_server()
+        self.assert_started(self.world.run_launcher(), 5)
+
+    def test_version_folder_gone_is_fetched_again(self):
+        shutil.rmtree(self.world.add_ons("client", "app_5"))
+        self.assert_started(self.world.run_launcher(), 5)
+
+    def test_version_folder_gone_with_no_server_is_told(self):
+        world = self.world
+        shutil.rmtree(world.add_ons("client", "app_5"))
+        world.stop_server()
+        world.port = closed_port()
+        world.configure()
+        result = world.run_launcher()
+        self.assertIsNone(result.started_version())
+        self.assertIn("Unable to connect to the Tessarine auto download server.", result.output)
+
+    def test_client_file_missing_is_told(self):
+        world = self.world
+        os.remove(world.add_ons("client", "app_5", "client"))
+        result = world.run_launcher()
+        self.assertNotEqual(0, result.code)
+        self.assertIn("dos not exist, the application cannot continue.", result.output)
+        self.assertIn(world.add_ons("client", "app_5", "client"), result.output)
+
+    def test_client_that_is_no_program_leads_to_the_error_page(self):
+        world = self.world
+        write_text(world.add_ons("client", "app_5", "client"), "no program\n")
+        result = world.run_launcher()
+        self.assertIn("can't be started", result.output)
+        self.assertIn("Unable to install due to an unknown error.", result.output)
+
+    def test_damaged_catalogue_is_rebuilt_and_client_fetched_or_started(self):
+        world = self.world
+        path = world.add_ons("add_ons.bin")
+        with open(path, "rb") as catalogue:
+            data = catalogue.read()
+        for damaged in (b"", data[:len(data) // 2], b"\xff" * len(data)):
+            with open(path, "wb") as catalogue:
+                catalogue.write(damaged)
+            self.assert_started(world.run_launcher(), 5)
+
+    def test_read_only_user_folder_still_starts_the_client(self):
+        if os.geteuid() == 0:
+            self.skipTest("root may write everywhere")
+        world = self.world
+        os.chmod(world.add_ons(), 0o500)
+        self.assert_started(world.run_launcher(), 5)
+
+
+class Kill(WorldTest):
+
+    def test_kill_at_any_moment_leaves_a_client_that_starts(self):
+        """Fifty kills at random moments of an update; each next run starts a client."""
+        world = self.world
+        seed = int(os.environ.get("KV_KILL_SEED", "20260101"))
+        rng = random.Random(seed)
+        world.publish(1, size=300000)
+        world.start_server("--transfer", "blocks", "--block-size", "16384")
+        self.assert_started(world.run_launcher(), 1)
+        keep = os.path.join(world.root, "user_with_1")
+        shutil.copytree(world.user, keep)
+        world.publish(2, size=3000000)
+        world.wait_for(lambda: "new catalogue" in world.read_server_log())
+        duration = world.run_launcher().seconds
+        outcomes = {}
+        for _ in range(int(os.environ.get("KV_KILLS", "50"))):
+            shutil.rmtree(world.user)
+            shutil.copytree(keep, world.user)
+            process = world.start_launcher()
+            moment = rng.uniform(0, duration)
+            time.sleep(moment)
+            process.kill()
+            process.communicate()
+            result = world.run_launcher()
+            version = result.started_version()
+            self.assertEqual("2", version, "killed after %.3f s:\n%s" % (moment, result.output))
+            # And without a server too, whatever the kill left behind.
+            outcomes[version] = outcomes.get(version, 0) + 1
+        self.assertEqual({"2": sum(outcomes.values())}, outcomes)
+
+    def test_kill_and_then_no_server_starts_the_newest_complete_client(self):
+        world = self.world
+        rng = random.Random(7)
+        world.publish(1, size=100000)
+        world.start_server()
+        self.assert_started(world.run_launcher(), 1)
+        keep = os.path.join(world.root, "user_with_1")
+        shutil.copytree(world.user, keep)
+        world.publish(2, size=3000000)
+        world.wait_for(lambda: "new catalogue" in world.read_server_log())
+        duration = world.run_launcher().seconds
+        server_port = world.port
+        for _ in range(10):
+            shutil.rmtree(world.user)
+            shutil.copytree(keep, world.user)
+            world.port = server_port
+            world.configure()
+            process = world.start_launcher()
+            time.sleep(rng.uniform(0, duration))
+            process.kill()
+            process.communicate()
+            world.port = closed_port()
+            world.configure()
+            result = world.run_launcher()
+            self.assertIn(result.started_version(), ("1", "2"), result.output)
+
+
+def closed_port():
+    """A port of the loopback interface where nobody listens."""
+    import socket
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+if __name__ == "__main__":
+    unittest.main()
