@@ -125,7 +125,7 @@ void ORLN_STRING::reserve(std::int32_t length) {
 }
 
 void ORLN_STRING::set(const char* source, std::int32_t source_length) {
-    if (source_length == 0) {
+    if (source_length <= 0) {
         if (text) {
             text[0] = '\0';
         }

@@ -1,0 +1,3 @@
+#include "platform/colour.h"
+
+unsigned char COLOUR::alpha_solid_threshold = 255;
