@@ -32,7 +32,8 @@ DOWNLOAD_PAGE::DOWNLOAD_PAGE(LAUNCHER& launcher_)
       all_downloaded(false),
       waiting_for_return(false),
       shown_percent(-1),
-      shown_ms(0) {}
+      shown_ms(0) {
+}
 
 void DOWNLOAD_PAGE::monitor() {
     const AUTOPATCH_PROGRESS progress = AUTOPATCH_SYSTEM::get_instance()->get_progress();
@@ -58,9 +59,9 @@ void DOWNLOAD_PAGE::show_progress() {
     if (progress.progress_percent == shown_percent || (!due && shown_percent >= 0)) {
         return;
     }
-    const std::string text = make_progress_text(progress.current_index + 1,
-                                                progress.available_count, progress.progress_percent,
-                                                progress.download_rate_kbps);
+    const std::string text =
+        make_progress_text(progress.current_index + 1, progress.available_count,
+                           progress.progress_percent, progress.download_rate_kbps);
     write_to_console((on_terminal ? "\r" + text + "   " : text + "\n").c_str());
     std::fflush(stdout);
     shown_percent = progress.progress_percent;

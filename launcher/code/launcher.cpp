@@ -283,8 +283,7 @@ void LAUNCHER::display_error_page() {
         return;
     }
     download_page.reset();
-    error_page =
-        std::make_unique<ERROR_PAGE>(AUTOPATCH_SYSTEM::get_instance()->get_error_code());
+    error_page = std::make_unique<ERROR_PAGE>(AUTOPATCH_SYSTEM::get_instance()->get_error_code());
     error_page->show();
     // A console has no button to wait for.
     exit_requested = true;

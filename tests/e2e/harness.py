@@ -183,6 +183,11 @@ class WorldTest(unittest.TestCase):
     def tearDown(self):
         self.world.close()
 
+    def new_world(self):
+        self.world.close()
+        self.world = World()
+        return self.world
+
     def assert_started(self, result, version):
         self.assertEqual(str(version), result.started_version(), result.output)
         self.assertEqual(0, result.code, result.output)
@@ -204,8 +209,7 @@ def each_transport(test):
     def run(self):
         for name, arguments in TRANSPORTS:
             with self.subTest(transport=name):
-                self.world.close()
-                self.world = World()
+                self.new_world()
                 test(self, arguments)
 
     run.__name__ = test.__name__

@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* MANDATORY_FILE = "mandatory_add_ons.txt";
+constexpr const char* PUBLISHING_FOLDER = "data/publishing";
 
 bool goto_folder(DISK_MANAGER& disk, const fs::path& folder) {
     return disk.move_down(fs::absolute(folder).lexically_normal().c_str(), false, true);
@@ -73,8 +74,8 @@ bool write_archive(const PUBLISH_SETTINGS& settings, const std::vector<fs::path>
             return false;
         }
     }
-    if (!tar.write_end_section() || !tar.close_tar_file() ||
-        !gzip_file(tar_name.c_str(), target) || !target.remove(tar_name.c_str(), true)) {
+    if (!tar.write_end_section() || !tar.close_tar_file() || !gzip_file(tar_name.c_str(), target) ||
+        !target.remove(tar_name.c_str(), true)) {
         reason = "the archive can't be written in " + std::string(target.get_path_string());
         return false;
     }
@@ -180,36 +181,34 @@ bool publish_add_on(const PUBLISH_SETTINGS& settings, std::string& reason) {
     } else if (!settings.parent.empty()) {
         holder /= settings.parent;
     }
-    const std::string fresh_name = "." + settings.path + ".new";
+    // Beside the published add-ons, where no server looks.
+    const fs::path fresh = fs::path(settings.publish) / PUBLISHING_FOLDER / settings.path;
     std::error_code error;
     fs::create_directories(holder, error);
-    fs::remove_all(holder / fresh_name, error);
-    fs::create_directory(holder / fresh_name, error);
+    fs::remove_all(fresh, error);
+    fs::create_directories(fresh, error);
 
     DISK_MANAGER target;
-    if (error || !goto_folder(target, holder / fresh_name)) {
-        reason = (holder / fresh_name).string() + " can't be made: " + error.message();
+    if (error || !goto_folder(target, fresh)) {
+        reason = fresh.string() + " can't be made: " + error.message();
         return false;
     }
-    const std::string archive =
-        settings.type == "app" ? "app_" + settings.platform : settings.path;
-    const bool packed =
+    const std::string archive = settings.type == "app" ? "app_" + settings.platform : settings.path;
+    const fs::path published = holder / settings.path;
+    DISK_MANAGER fresh_holder;
+    DISK_MANAGER published_holder;
+    const bool done =
         (composite || write_archive(settings, files, target, archive, reason)) &&
         write_settings_file(settings, target, reason) &&
-        copy_extra_file(settings.picture, holder / fresh_name / "add_on.png", reason) &&
-        copy_extra_file(settings.description_file, holder / fresh_name / "description.txt",
-                        reason) &&
-        (!fs::exists(holder / settings.path) ||
-         keep_other_content(holder / settings.path, holder / fresh_name, reason));
-    DISK_MANAGER holder_disk;
-    if (packed && goto_folder(holder_disk, holder) &&
-        holder_disk.replace_folder(fresh_name.c_str(), holder_disk, settings.path.c_str())) {
-        fs::remove_all(holder / fresh_name, error);
-        return !settings.mandatory || add_to_mandatory(settings, reason);
+        copy_extra_file(settings.picture, fresh / "add_on.png", reason) &&
+        copy_extra_file(settings.description_file, fresh / "description.txt", reason) &&
+        (!fs::exists(published) || keep_other_content(published, fresh, reason)) &&
+        goto_folder(fresh_holder, fresh.parent_path()) && goto_folder(published_holder, holder) &&
+        fresh_holder.replace_folder(settings.path.c_str(), published_holder, settings.path.c_str());
+    fs::remove_all(fresh, error);
+    if (!done) {
+        reason = reason.empty() ? published.string() + " can't be replaced" : reason;
+        return false;
     }
-    if (reason.empty()) {
-        reason = (holder / settings.path).string() + " can't be replaced";
-    }
-    fs::remove_all(holder / fresh_name, error);
-    return false;
+    return !settings.mandatory || add_to_mandatory(settings, reason);
 }

@@ -10,18 +10,18 @@
 #include <vector>
 
 struct PUBLISH_SETTINGS {
-    std::string source;    // folder to pack; empty for a composite add-on, which has no archive
-    std::string publish;   // the published folder
+    std::string source;   // folder to pack; empty for a composite add-on, which has no archive
+    std::string publish;  // the published folder
     std::string type = "app";
-    std::string path;      // the add-on's path; "app" for the application
-    std::string parent;    // path of the composite add-on that this one belongs to
+    std::string path;                 // the add-on's path; "app" for the application
+    std::string parent;               // path of the composite add-on that this one belongs to
     std::string platform = "x11i86";  // of the application: x11i86, win32, mac
     std::uint16_t version = 0;
     std::uint16_t minimum_version = 0;
     std::string title;
     std::string description;
     std::string description_file;
-    std::string picture;   // a PNG file
+    std::string picture;  // a PNG file
     bool mandatory = false;
 };
 

@@ -11,7 +11,8 @@ constexpr std::chrono::milliseconds WATCH_INTERVAL{500};
 }  // namespace
 
 CATALOGUE_WATCH::CATALOGUE_WATCH(std::string published_folder)
-    : folder(std::move(published_folder)) {}
+    : folder(std::move(published_folder)) {
+}
 
 CATALOGUE_WATCH::~CATALOGUE_WATCH() {
     {

@@ -19,7 +19,8 @@ PATCH_SERVER::PATCH_SERVER(const SERVER_SETTINGS& server_settings)
     : settings(server_settings),
       watch(settings.publish),
       manager(1, settings.key_exchange ? 0 : 1),
-      host{manager, settings, watch, {}} {}
+      host{manager, settings, watch, {}} {
+}
 
 bool PATCH_SERVER::start(std::string& reason) {
     in_addr address{};

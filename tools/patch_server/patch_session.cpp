@@ -185,8 +185,8 @@ void PATCH_SESSION::handle_file_request(NETWORK_MESSAGE& message, bool start_str
         return;
     }
     if (history.size() < MAX_HISTORY) {
-        history += std::string(start_stream ? " stream " : " get ") + path + "@" +
-                   std::to_string(held);
+        history +=
+            std::string(start_stream ? " stream " : " get ") + path + "@" + std::to_string(held);
     }
     offset = held;
     run_crc = 0;
@@ -236,8 +236,7 @@ PATCH_SESSION::PUMP_RESULT PATCH_SESSION::pump(std::uint32_t now_ms) {
     const std::uint32_t allowed = allowance(now_ms);
     const bool blocks = transfer == TRANSFER::BLOCKS;
     const std::uint32_t left = archive->size - offset;
-    const std::uint32_t wanted =
-        std::min(left, blocks ? host.settings.block_size : STREAM_PIECE);
+    const std::uint32_t wanted = std::min(left, blocks ? host.settings.block_size : STREAM_PIECE);
     // A bucket never holds more than a second's worth; a block may be larger than that.
     const std::uint32_t enough =
         std::min<std::uint32_t>(wanted, blocks ? host.settings.rate_kbps * 512 : 1);
@@ -306,8 +305,8 @@ void PATCH_SESSION::send_block() {
     begin_message(message, FILE_BLOCK);
     bool good = message << remaining;
     good = good && message << size;
-    good = good && (size == 0 || message.write_data_block(block.data(), static_cast<std::int32_t>(
-                                                                            size)) != 0);
+    good = good && (size == 0 ||
+                    message.write_data_block(block.data(), static_cast<std::int32_t>(size)) != 0);
     good = good && message << static_cast<unsigned char>(closes_run ? 0 : 1);
     if (closes_run) {
         good = good && message << crc;

@@ -71,8 +71,8 @@ private:
     std::string raw_frames;  // frames that go out by hand, for faults
     bool stalled = false;
 
-    std::uint32_t rate_ms = 0;      // time of the last look at the allowance
-    std::uint64_t rate_bytes = 0;   // what may be sent now
+    std::uint32_t rate_ms = 0;     // time of the last look at the allowance
+    std::uint64_t rate_bytes = 0;  // what may be sent now
 
     const std::uint32_t started_ms;
     std::uint64_t bytes_sent = 0;  // of archives

@@ -67,14 +67,15 @@ bool mark_needed(ADD_ON& published, const ADD_ON* installed) {
         published.invalid = is_outdated(installed, published);
         return published.invalid;
     }
+    // The composite itself stays valid: a launcher takes an invalid one as a reason to fetch all
+    // of its children.
     published.invalid = false;
+    bool needed = false;
     for (std::int32_t i = 0; i < published.get_child_count(); ++i) {
         ADD_ON& child = *published.get_child(i);
-        if (mark_needed(child, find_child(installed, child.path))) {
-            published.invalid = true;
-        }
+        needed = mark_needed(child, find_child(installed, child.path)) || needed;
     }
-    return published.invalid;
+    return needed;
 }
 
 }  // namespace
@@ -100,7 +101,8 @@ PUBLISHED_ARCHIVE::PUBLISHED_ARCHIVE(PUBLISHED_ARCHIVE&& other) noexcept
       platform(other.platform),
       crc(other.crc),
       size(other.size),
-      descriptor(std::exchange(other.descriptor, -1)) {}
+      descriptor(std::exchange(other.descriptor, -1)) {
+}
 
 PUBLISHED_ARCHIVE::~PUBLISHED_ARCHIVE() {
     if (descriptor >= 0) {
@@ -199,8 +201,13 @@ std::string make_fingerprint(const std::string& folder) {
     std::error_code error;
     for (fs::recursive_directory_iterator it(folder, error), end; !error && it != end;
          it.increment(error)) {
+        // What is being packed isn't published yet.
+        if (it->path().filename() == "publishing") {
+            it.disable_recursion_pending();
+            continue;
+        }
         struct stat status {};
-        if (::stat(it->path().c_str(), &status) == 0) {
+        if (::stat(it->path().c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
             lines.push_back(it->path().string() + " " + std::to_string(status.st_ino) + " " +
                             std::to_string(status.st_size) + " " +
                             std::to_string(status.st_mtim.tv_sec) + "." +

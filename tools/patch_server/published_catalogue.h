@@ -16,8 +16,8 @@
 class PUBLISHED_ARCHIVE {
 public:
     // Opens `file`. is_open() tells whether that worked.
-    PUBLISHED_ARCHIVE(std::string add_on_path, signed char archive_platform, std::uint32_t archive_crc,
-                      const char* file);
+    PUBLISHED_ARCHIVE(std::string add_on_path, signed char archive_platform,
+                      std::uint32_t archive_crc, const char* file);
     PUBLISHED_ARCHIVE(PUBLISHED_ARCHIVE&& other) noexcept;
     PUBLISHED_ARCHIVE& operator=(PUBLISHED_ARCHIVE&&) = delete;
     ~PUBLISHED_ARCHIVE();

@@ -26,9 +26,9 @@ struct SPLASH_ADD_ON {
 
 struct SPLASH_STATUS {
     AUTOPATCH_SYSTEM_STATUS status = AUTOPATCH_DISCONNECTED;
-    std::int32_t connect_attempt = 1;        // counted from 1
-    std::vector<SPLASH_ADD_ON> installed;    // top-level add-ons of the catalogue
-    std::vector<SPLASH_ADD_ON> to_install;   // what the server listed
+    std::int32_t connect_attempt = 1;       // counted from 1
+    std::vector<SPLASH_ADD_ON> installed;   // top-level add-ons of the catalogue
+    std::vector<SPLASH_ADD_ON> to_install;  // what the server listed
 };
 
 // The rows of the status box from top to bottom; a blank row is an empty one.
