@@ -26,6 +26,7 @@ constexpr std::int32_t CONNECT_TIMEOUT_S = 60;
 constexpr std::uint32_t SILENCE_LIMIT_MS = 600000;
 constexpr std::uint32_t RATE_INTERVAL_MS = 500;
 constexpr double MAX_RATE_KBPS = 1e9;
+constexpr std::uint32_t PUMP_LIMIT_MS = 30;
 
 void _network_callback(NETWORK_MANAGER&, const NETWORK_CONNECTION&, NETWORK_MESSAGE& message,
                        void* engine) {
@@ -350,6 +351,18 @@ bool AUTOPATCH_SYSTEM::send_available_list_request(LIST_CALLBACK callback, void*
 
 // --- One round ---
 
+// Blocks that are there already are taken one after the other, for a moment: a pass handles one
+// message, and how often rounds come must not limit the download.
+void AUTOPATCH_SYSTEM::pump_connection() {
+    const std::uint32_t begin_ms = services.clock();
+    bool received;
+    do {
+        received = manager->monitor() != 0;
+        manager->monitor_send();
+    } while (received && connection && download_file && !stream_active &&
+             error_code == AUTOPATCH_OK && services.clock() - begin_ms < PUMP_LIMIT_MS);
+}
+
 void AUTOPATCH_SYSTEM::monitor() {
     if (!no_reconnect && !connect()) {
         return;
@@ -358,8 +371,7 @@ void AUTOPATCH_SYSTEM::monitor() {
         if (!validation_sent) {
             send_validation_request();
         }
-        manager->monitor();
-        manager->monitor_send();
+        pump_connection();
         update_download_rate();
     }
     // A connection that was lost just now is made again in the next round, which then asks.

@@ -175,8 +175,7 @@ void FIXED_POINT::sin_cos(FIXED_POINT angle, FIXED_POINT* sine, FIXED_POINT* cos
     }
 }
 
-void FIXED_POINT::to_polar(FIXED_POINT x, FIXED_POINT y, FIXED_POINT* radius,
-                           FIXED_POINT* angle) {
+void FIXED_POINT::to_polar(FIXED_POINT x, FIXED_POINT y, FIXED_POINT* radius, FIXED_POINT* angle) {
     std::uint64_t size_x = get_size(x.raw_);
     std::uint64_t size_y = get_size(y.raw_);
     const int bits = 64 - std::countl_zero(size_x | size_y);

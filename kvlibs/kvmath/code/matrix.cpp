@@ -219,9 +219,9 @@ MATRIX_BASE<T> MATRIX_BASE<T>::look_at(const VECTOR& position, const VECTOR& for
 
 template <typename T>
 MATRIX_BASE<T> MATRIX_BASE<T>::interpolate(const MATRIX_BASE& other, T t) const {
-    return {get_row(0).interpolate(other.get_row(0), t), get_row(1).interpolate(other.get_row(1), t),
-            get_row(2).interpolate(other.get_row(2), t),
-            get_row(3).interpolate(other.get_row(3), t)};
+    return {
+        get_row(0).interpolate(other.get_row(0), t), get_row(1).interpolate(other.get_row(1), t),
+        get_row(2).interpolate(other.get_row(2), t), get_row(3).interpolate(other.get_row(3), t)};
 }
 
 template <typename T>

@@ -36,8 +36,8 @@ void QUAT_BASE<T>::set(const MATRIX_BASE<T>& matrix) {
     const T m00 = matrix.get_at(0, 0);
     const T m11 = matrix.get_at(1, 1);
     const T m22 = matrix.get_at(2, 2);
-    const T squares[4] = {T(1) + m00 - m11 - m22, T(1) - m00 + m11 - m22,
-                          T(1) - m00 - m11 + m22, T(1) + m00 + m11 + m22};
+    const T squares[4] = {T(1) + m00 - m11 - m22, T(1) - m00 + m11 - m22, T(1) - m00 - m11 + m22,
+                          T(1) + m00 + m11 + m22};
     int largest = 3;
     for (int i = 0; i < 3; ++i) {
         if (squares[i] > squares[largest]) {

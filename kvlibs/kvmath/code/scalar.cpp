@@ -39,9 +39,9 @@ FIXED_POINT get_root_of_square(WIDE square) {
     if (bits == 0) {
         return 0;
     }
-    const std::uint64_t root =
-        bits <= 64 ? get_integer_root(static_cast<std::uint64_t>(square), bits)
-                   : get_integer_root(square, bits);
+    const std::uint64_t root = bits <= 64
+                                   ? get_integer_root(static_cast<std::uint64_t>(square), bits)
+                                   : get_integer_root(square, bits);
     constexpr auto LARGEST = static_cast<std::uint64_t>(SCALAR<FIXED_POINT>::LARGEST.get_raw());
     return FIXED_POINT::from_raw(static_cast<std::int64_t>(root < LARGEST ? root : LARGEST));
 }
@@ -50,8 +50,7 @@ FIXED_POINT get_root_of_square(WIDE square) {
 
 FIXED_POINT get_arc_cos(FIXED_POINT cosine) {
     const std::int64_t c = get_clamped(cosine, FIXED_POINT(-1), FIXED_POINT(1)).get_raw();
-    const WIDE sine_square =
-        static_cast<WIDE>(ONE_RAW - c) * static_cast<WIDE>(ONE_RAW + c);
+    const WIDE sine_square = static_cast<WIDE>(ONE_RAW - c) * static_cast<WIDE>(ONE_RAW + c);
     FIXED_POINT angle;
     FIXED_POINT::to_polar(FIXED_POINT::from_raw(c), get_root_of_square(sine_square), nullptr,
                           &angle);

@@ -577,6 +577,31 @@ TEST_F(SessionTest, WaitSleepsUntilThereIsSomethingToDo) {
     EXPECT_LT(CLOCK::now() - begin, std::chrono::seconds(4));
 }
 
+TEST_F(SessionTest, AMessageMayHaveTenMegabytesAndNoMore) {
+    NETWORK_MANAGER server(1, 1);
+    start(server, server_record);
+    NETWORK_MANAGER client(1, 1);
+    const NETWORK_CONNECTION connection = join(client, client_record, server);
+    constexpr std::int32_t LIMIT = 10485760 - 17 - 5;  // with header and trailer
+    BYTES content(LIMIT);
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        content[i] = static_cast<unsigned char>(i * 13 >> 5);
+    }
+    NETWORK_MESSAGE message;
+    message.write_data_block(content.data(), LIMIT);
+    EXPECT_FALSE(client.send(connection, message));
+    message.clear();
+    message.write_data_block(content.data(), LIMIT - 1);
+    ASSERT_TRUE(client.send(connection, message));
+    bool same = false;
+    server_record.on_message = [&](const NETWORK_CONNECTION&, NETWORK_MESSAGE& received) {
+        same = received.get_payload_length() == LIMIT - 1 &&
+               std::memcmp(received.get_buffer() + 17, content.data(), LIMIT - 1) == 0;
+    };
+    ASSERT_TRUE(pump_until({&client, &server}, [&] { return server_record.messages.size() == 1; }));
+    EXPECT_TRUE(same);
+}
+
 TEST_F(SessionTest, AConnectionMovesBetweenManagers) {
     NETWORK_MANAGER server(1, 1);
     start(server, server_record);

@@ -146,6 +146,7 @@ private:
     bool has_more_to_fetch() const;
     void update_status_if_all_downloaded();
     void check_time_out();
+    void pump_connection();
     void close_files();
     void remove_earlier_downloads();
     void set_progress_bar(std::uint32_t bytes);

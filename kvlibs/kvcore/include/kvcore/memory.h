@@ -22,7 +22,8 @@ public:
 // The services that don't depend on where memory comes from.
 class MEMORY_BASE {
 public:
-    // Handlers are asked at most this often for one request, less one.
+    // The failure of one request with this number is the last: the handler was asked for help with
+    // all those before.
     static constexpr std::int32_t ATTEMPT_LIMIT = 32;
 
     // Installs the one handler, or none with null, and yields the one that it replaces. The caller

@@ -97,8 +97,8 @@ private:
     bool release_when_empty;
 };
 
-// A pool that POOL_MANAGER starts and stops. It must not outlive its registration unnoticed: its
-// destructor takes it from the chain.
+// A pool that POOL_MANAGER starts and stops, once it was told of it. The destructor takes the pool
+// from the manager's chain.
 class MANAGED_POOL_ALLOCATOR : public POOL_ALLOCATOR_BASE {
 public:
     using POOL_ALLOCATOR_BASE::POOL_ALLOCATOR_BASE;

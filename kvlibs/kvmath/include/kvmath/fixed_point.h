@@ -57,9 +57,7 @@ public:
 
     constexpr auto operator<=>(const FIXED_POINT&) const = default;
 
-    constexpr FIXED_POINT operator-() const {
-        return from_raw(raw_ == MIN_RAW ? MAX_RAW : -raw_);
-    }
+    constexpr FIXED_POINT operator-() const { return from_raw(raw_ == MIN_RAW ? MAX_RAW : -raw_); }
 
     friend constexpr FIXED_POINT operator+(FIXED_POINT a, FIXED_POINT b) {
         std::int64_t sum = 0;
@@ -79,8 +77,7 @@ public:
 
     // Rounded to the nearest step, through a 128-bit product.
     friend constexpr FIXED_POINT operator*(FIXED_POINT a, FIXED_POINT b) {
-        const WIDE product =
-            (static_cast<WIDE>(a.raw_) * b.raw_ + ONE_RAW / 2) >> FRACTION_BITS;
+        const WIDE product = (static_cast<WIDE>(a.raw_) * b.raw_ + ONE_RAW / 2) >> FRACTION_BITS;
         return from_raw(saturate(product));
     }
 

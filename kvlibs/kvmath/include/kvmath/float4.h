@@ -105,9 +105,8 @@ inline void invert_matrix(const float* m, float* result) {
     const FLOAT4 c = shuffle<0, 1, 4, 5>(r2, r3);
     const FLOAT4 d = shuffle<2, 3, 6, 7>(r2, r3);
     // |a|, |b|, |c|, |d|
-    const FLOAT4 block_determinants =
-        shuffle<0, 2, 4, 6>(r0, r2) * shuffle<1, 3, 5, 7>(r1, r3) -
-        shuffle<1, 3, 5, 7>(r0, r2) * shuffle<0, 2, 4, 6>(r1, r3);
+    const FLOAT4 block_determinants = shuffle<0, 2, 4, 6>(r0, r2) * shuffle<1, 3, 5, 7>(r1, r3) -
+                                      shuffle<1, 3, 5, 7>(r0, r2) * shuffle<0, 2, 4, 6>(r1, r3);
     const FLOAT4 det_a = splat<0>(block_determinants);
     const FLOAT4 det_b = splat<1>(block_determinants);
     const FLOAT4 det_c = splat<2>(block_determinants);

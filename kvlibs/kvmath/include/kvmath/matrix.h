@@ -38,8 +38,8 @@ public:
     // The frame with these axes and translation.
     constexpr MATRIX_BASE(const VECTOR& right, const VECTOR& up, const VECTOR& forward,
                           const VECTOR& translation)
-        : MATRIX_BASE(ROW(right, T(0)), ROW(up, T(0)), ROW(forward, T(0)),
-                      ROW(translation, T(1))) {}
+        : MATRIX_BASE(ROW(right, T(0)), ROW(up, T(0)), ROW(forward, T(0)), ROW(translation, T(1))) {
+    }
 
     // The rotation of a unit quaternion.
     explicit MATRIX_BASE(const QUAT_BASE<T>& rotation) : MATRIX_BASE() { set_rotation(rotation); }
@@ -47,8 +47,7 @@ public:
     // A matrix with another scalar, each element converted.
     template <typename U>
     constexpr explicit MATRIX_BASE(const MATRIX_BASE<U>& o)
-        : MATRIX_BASE(ROW(o.get_row(0)), ROW(o.get_row(1)), ROW(o.get_row(2)), ROW(o.get_row(3))) {
-    }
+        : MATRIX_BASE(ROW(o.get_row(0)), ROW(o.get_row(1)), ROW(o.get_row(2)), ROW(o.get_row(3))) {}
 
     constexpr ROW get_row(int i) const {
         return {values_[i][0], values_[i][1], values_[i][2], values_[i][3]};
@@ -137,8 +136,7 @@ public:
     [[nodiscard]] static MATRIX_BASE look_at(const VECTOR& position, const VECTOR& forward,
                                              const VECTOR& up);
     // With up the y axis, rolled by an angle about the view from right towards up.
-    [[nodiscard]] static MATRIX_BASE look_at(const VECTOR& position, const VECTOR& forward,
-                                             T roll);
+    [[nodiscard]] static MATRIX_BASE look_at(const VECTOR& position, const VECTOR& forward, T roll);
 
     // The same at the origin.
     [[nodiscard]] static MATRIX_BASE look_dir(const VECTOR& forward, const VECTOR& up) {

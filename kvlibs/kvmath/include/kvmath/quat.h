@@ -75,8 +75,7 @@ struct QUAT_BASE {
     // The quaternion of the same direction and the length 1. Of length 0: itself.
     QUAT_BASE normal() const {
         const T length = magnitude();
-        return length == T(0) ? *this
-                              : QUAT_BASE(x / length, y / length, z / length, w / length);
+        return length == T(0) ? *this : QUAT_BASE(x / length, y / length, z / length, w / length);
     }
 
     // True if the square of the length differs from 1 by no more than the tolerance.

@@ -70,9 +70,7 @@ struct BASEVECTOR4 {
         return {v.x / divisor, v.y / divisor, v.z / divisor, v.w / divisor};
     }
 
-    constexpr T dot(const BASEVECTOR4& o) const {
-        return x * o.x + y * o.y + z * o.z + w * o.w;
-    }
+    constexpr T dot(const BASEVECTOR4& o) const { return x * o.x + y * o.y + z * o.z + w * o.w; }
 
     T magnitude() const { return get_length(x, y, z, w); }
     constexpr T magnitude_sq() const { return dot(*this); }

@@ -212,7 +212,7 @@ bool ARCHIVE_READER::read_data(const unsigned char*& data, std::size_t& size) {
     return true;
 }
 
-bool find_unsafe_entry(TAR_FILE& file, std::string& entry_name, std::string& reason) {
+bool find_unsafe_entry(const TAR_FILE& file, std::string& entry_name, std::string& reason) {
     entry_name.clear();
     reason.clear();
     ARCHIVE_READER reader(file.get_full_path(), CHECK_BUFFER);

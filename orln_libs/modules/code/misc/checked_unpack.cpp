@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -17,11 +18,11 @@
 #include "file_descriptor.h"
 #include "modules/misc/archive_check.h"
 #include "modules/misc/tar_file.h"
+#include "tar_header.h"
 
 namespace {
 
 constexpr std::size_t COPY_BUFFER = 256 * 1024;
-constexpr const char* PROGRAM_FOLDER = ".app/Contents/MacOS";
 
 constexpr int OPEN_FOLDER = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
@@ -110,7 +111,7 @@ private:
             return false;
         }
         const bool program =
-            entry.executable || entry.name.find(PROGRAM_FOLDER) != std::string::npos;
+            entry.executable || entry.name.find(TAR_HEADER::PROGRAM_FOLDER) != std::string::npos;
         if (program && ::fchmod(output.get(), 0755) != 0) {
             break_off(reason, "cannot set the mode of ", entry.name);
             return false;

@@ -15,8 +15,6 @@
 
 namespace {
 
-// The folder of an application bundle whose files are programs.
-constexpr const char* PROGRAM_FOLDER = ".app/Contents/MacOS";
 constexpr std::int64_t MAX_DATE = 077777777777;
 
 bool write_bytes(DATA_FILE& file, const void* data, std::size_t size) {
@@ -65,7 +63,7 @@ bool TAR_FILE::close_tar_file() {
     return stored || !writing;
 }
 
-std::string TAR_FILE::get_full_path() {
+std::string TAR_FILE::get_full_path() const {
     return file ? folder.get_path_string(name.get_text()) : std::string();
 }
 
@@ -132,7 +130,7 @@ bool TAR_FILE::unpack_file(const DISK_MANAGER& target) {
     bool done = copy_entry_to(*output);
     done = output->close() && done;
     DISK_MANAGER::close(output);
-    if (done && std::strstr(entry_name, PROGRAM_FOLDER)) {
+    if (done && std::strstr(entry_name, TAR_HEADER::PROGRAM_FOLDER)) {
         done = ::chmod(disk.get_path_string(file_name), 0755) == 0;
     }
     return done;

@@ -27,6 +27,9 @@ public:
     // The largest entry: sizes are 32 bits with a sign.
     static constexpr std::uint64_t MAX_SIZE = 0x7FFFFFFF;
 
+    // The folder of an application bundle whose files are programs.
+    static constexpr const char* PROGRAM_FOLDER = ".app/Contents/MacOS";
+
     explicit TAR_HEADER(const unsigned char* block) : bytes(reinterpret_cast<const char*>(block)) {}
 
     static bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }

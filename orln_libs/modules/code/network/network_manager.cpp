@@ -16,9 +16,6 @@ constexpr int CALLERS_PER_PASS = 64;
 // How long a listener rests when the process has no descriptors left.
 constexpr std::uint32_t ACCEPT_REST_MS = 1000;
 
-// Keys of listeners in the poller; connections count up from 1 and never get here.
-constexpr std::uint64_t LISTENER_KEY = std::uint64_t{1} << 62;
-
 bool is_exhaustion(int error) {
     return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
 }

@@ -101,7 +101,7 @@ std::uint32_t NETWORK_MANAGER_INFO::take_read_ahead(void* bytes, std::uint32_t s
 // Everything that grows with the traffic: a closed connection keeps none of it.
 void NETWORK_MANAGER_INFO::release_buffers() {
     KVCORE::MEMORY_LIBC::free(std::exchange(receive_buffer, nullptr));
-    receive_capacity = receive_expected = receive_count = 0;
+    receive_capacity = receive_allocated = receive_expected = receive_count = 0;
     read_ahead.reset();
     read_ahead_begin = read_ahead_end = 0;
     received.clear();

@@ -13,8 +13,6 @@ namespace {
 
 using POLLER = KV_SOCKET::SOCKET_POLLER;
 
-constexpr std::uint64_t LISTENER_KEY = std::uint64_t{1} << 62;
-
 }  // namespace
 
 void NETWORK_MANAGER::refresh_walk() {

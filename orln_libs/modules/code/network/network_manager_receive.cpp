@@ -93,9 +93,9 @@ bool NETWORK_MANAGER::read_prefix(NETWORK_MANAGER_INFO& info, bool& received, bo
     if (size < MIN_MESSAGE_SIZE || size >= MESSAGE_SIZE_LIMIT) {
         return false;
     }
-    info.receive_capacity = std::min(size, BUFFER_STEP);
+    info.receive_capacity = info.receive_allocated = std::min(size, BUFFER_STEP);
     info.receive_buffer =
-        static_cast<unsigned char*>(KVCORE::MEMORY_LIBC::allocate(info.receive_capacity));
+        static_cast<unsigned char*>(KVCORE::MEMORY_LIBC::allocate(info.receive_allocated));
     info.receive_expected = size;
     info.receive_count = 0;
     more = true;
@@ -110,8 +110,15 @@ bool NETWORK_MANAGER::read_message(const NETWORK_CONNECTION& connection, bool& r
         // A peer that promises much gets memory only as it delivers.
         info.receive_capacity =
             std::min(info.receive_expected, info.receive_capacity + BUFFER_STEP);
+    }
+    if (info.receive_capacity > info.receive_allocated) {
+        // With a reserve that grows with the block, a large message is moved a few times and not a
+        // thousand.
+        info.receive_allocated = std::min(
+            info.receive_expected,
+            std::max(info.receive_capacity, info.receive_allocated + info.receive_allocated / 4));
         info.receive_buffer = static_cast<unsigned char*>(
-            KVCORE::MEMORY_LIBC::reallocate(info.receive_buffer, info.receive_capacity));
+            KVCORE::MEMORY_LIBC::reallocate(info.receive_buffer, info.receive_allocated));
         if (!info.receive_buffer) {
             return false;
         }
@@ -168,7 +175,8 @@ bool NETWORK_MANAGER::handle_message(const NETWORK_CONNECTION& connection) {
     NETWORK_MESSAGE& message = received_message;
     message.set_buffer(std::exchange(info.receive_buffer, nullptr),
                        static_cast<std::int32_t>(info.receive_expected));
-    info.receive_capacity = info.receive_expected = info.receive_count = 0;
+    info.receive_capacity = info.receive_allocated = 0;
+    info.receive_expected = info.receive_count = 0;
     message.time_1 = message.time_2 = message.time_3 = 0;
     message.encrypted = 0;
 

@@ -90,20 +90,10 @@ public:
     static void delete_key(void* key);
     static int compare_keys(const void* left, const void* right);
 
-private:
-    char filename[256];
-
-public:
     // The records, owned. A caller empties it before a block of bulk writes.
     PTRARRAY keys;
-
-private:
-    bool cached;
-    bool use_config_folder;
-    DISK_MANAGER base_path;
-
-public:
-    // `write` changes only the list, appending each record as it comes, until write_all_keys.
+    // `write` changes only the list, appending each record as it comes, until write_all_keys. Has
+    // no effect on an object that isn't cached.
     bool bulk_write = false;
 
 private:
@@ -116,6 +106,10 @@ private:
     TEXT_FILE* open_beside(const DISK_MANAGER& disk, bool as_utf16);
     bool finish_beside(const DISK_MANAGER& disk, TEXT_FILE*& file, bool written);
 
+    char filename[256];
+    bool cached;
+    bool use_config_folder;
+    DISK_MANAGER base_path;
     // How many entries at the head of the list are sorted; keys added since the load lie behind.
     std::int32_t sorted_count = 0;
     // The file that was loaded is in UTF-16, and stays so when it is written.

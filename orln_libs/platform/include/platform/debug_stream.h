@@ -58,24 +58,21 @@ public:
     const char* get_name() const { return name; }
     const char* get_filename() const { return filename; }
 
-private:
-    char name[256];
-    char filename[256];
-
-public:
     // Any of FLAG; 0 means disabled.
     unsigned short flags;
 
 private:
-    bool first_write = true;
-    TEXT_FILE* file = nullptr;  // owned; open between writes with KEEP_FILE_OPEN
-    std::mutex write_mutex;     // guards file, first_write and the order of the output
-
     void set_default_filename();
     std::string get_config_name() const;
     static bool goto_debug_folder(DISK_MANAGER& disk, bool create);
     void write_line_to_file(const char* line, bool newline);
     void close_file();
+
+    char name[256];
+    char filename[256];
+    bool first_write = true;
+    TEXT_FILE* file = nullptr;  // owned; open between writes with KEEP_FILE_OPEN
+    std::mutex write_mutex;     // guards file, first_write and the order of the output
 };
 
 // Warnings of the platform layer.

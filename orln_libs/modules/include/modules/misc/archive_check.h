@@ -65,6 +65,6 @@ private:
 
 // Walks the headers of an open archive. True if there is an entry that must not be unpacked, or if
 // the archive can't be read; `entry_name` and `reason` tell which and why, in words for a log.
-bool find_unsafe_entry(TAR_FILE& file, std::string& entry_name, std::string& reason);
+bool find_unsafe_entry(const TAR_FILE& file, std::string& entry_name, std::string& reason);
 
 #endif  // MODULES_MISC_ARCHIVE_CHECK_H

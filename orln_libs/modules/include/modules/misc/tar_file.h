@@ -75,7 +75,7 @@ public:
     // Files that the last unpack_all_files or unpack_all_files_checked unpacked.
     std::int32_t get_files_unpacked() const { return files_unpacked; }
     // The full path of the archive, for operations that read it on their own; empty when closed.
-    std::string get_full_path();
+    std::string get_full_path() const;
 
 private:
     bool open_file(const char* file_name, const DISK_MANAGER& in_folder, FILE_MODE mode);

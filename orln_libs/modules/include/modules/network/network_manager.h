@@ -173,6 +173,9 @@ public:
     void set_clock(NETWORK_CLOCK millisecond_clock);
 
 private:
+    // Keys of listeners in the poller's events; connections count up from 1 and never get here.
+    static constexpr std::uint64_t LISTENER_KEY = std::uint64_t{1} << 62;
+
     // What a message needs to become a frame, taken together under send_lock.
     struct SEND_TERMS {
         std::uint32_t handler_token = 0;

@@ -87,7 +87,7 @@ public:
     bool is_key_exchange_done() const { return key_exchange_done != 0; }
     std::uint32_t get_last_receive_ms() const { return last_receive_ms; }
     std::uint32_t get_last_send_ms() const { return last_send_ms; }
-    // Bytes allocated for the message being received.
+    // Bytes of memory for the message being received, not counting a reserve of a quarter.
     std::uint32_t get_receive_capacity() const { return receive_capacity; }
 
 private:
@@ -117,7 +117,8 @@ private:
 
     // The message being received.
     unsigned char* receive_buffer = nullptr;  // owned, from the core allocator
-    std::uint32_t receive_capacity = 0;
+    std::uint32_t receive_capacity = 0;       // of the block, what may be filled at present
+    std::uint32_t receive_allocated = 0;
     std::uint32_t receive_expected = 0;  // 0 while the prefix is being read
     std::uint32_t receive_count = 0;     // bytes there of the prefix or the message
     unsigned char prefix[5] = {};
