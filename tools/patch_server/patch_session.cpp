@@ -323,7 +323,17 @@ void PATCH_SESSION::send_block() {
     if (closes_run) {
         transfer = TRANSFER::NONE;  // the launcher asks for what follows
     }
+    if (remaining == 0) {
+        note_transfer();
+    }
     send_message(message);
+}
+
+// An archive has gone out to its end.
+void PATCH_SESSION::note_transfer() {
+    if (history.size() < MAX_HISTORY) {
+        history += " done in " + std::to_string(get_ms_count() - transfer_ms) + " ms";
+    }
 }
 
 bool PATCH_SESSION::send_stream_piece() {
@@ -352,6 +362,7 @@ bool PATCH_SESSION::send_stream_piece() {
     if (offset == archive->size) {
         connection->stream_mode = 0;
         transfer = TRANSFER::NONE;
+        note_transfer();
     }
     return sent != 0;
 }

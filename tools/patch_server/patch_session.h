@@ -54,6 +54,7 @@ private:
     void offer_stream(NETWORK_MESSAGE& message);
     bool send_stream_piece();
     bool pump_raw_frames();
+    void note_transfer();
     void end(const char* reason);
     void make_byte_faults(std::int64_t before);
     std::uint32_t allowance(std::uint32_t now_ms);
@@ -75,6 +76,7 @@ private:
     std::uint64_t rate_bytes = 0;  // what may be sent now
 
     const std::uint32_t started_ms;
+    std::uint32_t transfer_ms = 0;  // when the archive was first asked for
     std::uint64_t bytes_sent = 0;  // of archives
     std::string peer;
     std::string history;  // what was asked for
