@@ -135,6 +135,7 @@ def main():
             rounds["curl"].append(time_peer(world, url, name))
             rounds["stream"].append(time_ours(world, "--transfer", "stream"))
             rounds["blocks"].append(time_ours(world, "--transfer", "blocks"))
+            print("  one round:", {kind: rows[-1] for kind, rows in rounds.items()}, flush=True)
         median = {kind: [statistics.median(column) for column in zip(*rows)]
                   for kind, rows in rounds.items()}
         curl = median["curl"]

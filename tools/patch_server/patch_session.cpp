@@ -331,9 +331,7 @@ void PATCH_SESSION::send_block() {
 
 // An archive has gone out to its end.
 void PATCH_SESSION::note_transfer() {
-    if (history.size() < MAX_HISTORY) {
-        history += " done in " + std::to_string(get_ms_count() - transfer_ms) + " ms";
-    }
+    history += " done in " + std::to_string(get_ms_count() - transfer_ms) + " ms";
 }
 
 bool PATCH_SESSION::send_stream_piece() {
