@@ -188,10 +188,15 @@ void PATCH_SESSION::handle_file_request(NETWORK_MESSAGE& message, bool start_str
         history +=
             std::string(start_stream ? " stream " : " get ") + path + "@" + std::to_string(held);
     }
+    if (held == 0) {
+        transfer_ms = get_ms_count();
+    }
     offset = held;
     run_crc = 0;
     blocks_in_run = 0;
+    connection->release_sends();
     if (start_stream) {
+        connection->hold_sends();
         transfer = TRANSFER::STREAM;
         connection->stream_mode = 1;
     } else if (host.settings.stream && held < archive->size) {
@@ -211,6 +216,8 @@ void PATCH_SESSION::offer_stream(NETWORK_MESSAGE& message) {
         return;
     }
     send_message(message);
+    // No ping may get between the offer and the raw bytes.
+    connection->hold_sends();
 }
 
 std::uint32_t PATCH_SESSION::allowance(std::uint32_t now_ms) {
@@ -359,6 +366,7 @@ bool PATCH_SESSION::send_stream_piece() {
     bytes_sent += sent;
     if (offset == archive->size) {
         connection->stream_mode = 0;
+        connection->release_sends();
         transfer = TRANSFER::NONE;
         note_transfer();
     }

@@ -88,6 +88,7 @@ bool NETWORK_MANAGER::run_connection_timers(const NETWORK_CONNECTION& connection
     if (!disable_key_exchange && pending_since != 0 &&
         static_cast<std::int32_t>(now - pending_since) >
             static_cast<std::int32_t>(PENDING_TIMEOUT_MS)) {
+        const MUTEX_LOCKER guard(send_lock);
         flush_pending_messages(connection);
     }
     if (now - info.last_receive_ms > SILENCE_TIMEOUT_MS) {
@@ -190,14 +191,12 @@ bool NETWORK_MANAGER::handle_protocol_request(const NETWORK_CONNECTION& connecti
         return false;
     }
     send(connection, message, nullptr, nullptr, 1);
-    {
-        const MUTEX_LOCKER guard(send_lock);
-        info.protocol_version = version;
-        info.prime = prime;
-        std::copy_n(secrets, KEY_WORDS, info.private_key);
-        std::copy_n(shared, KEY_WORDS, info.shared_key);
-        info.key_exchange_done = 1;
-    }
+    const MUTEX_LOCKER guard(send_lock);
+    info.protocol_version = version;
+    info.prime = prime;
+    std::copy_n(secrets, KEY_WORDS, info.private_key);
+    std::copy_n(shared, KEY_WORDS, info.shared_key);
+    info.key_exchange_done = 1;
     flush_pending_messages(connection);
     return true;
 }
@@ -214,20 +213,18 @@ bool NETWORK_MANAGER::handle_protocol_response(const NETWORK_CONNECTION& connect
                                                       info.prime, KEY_WORDS)) {
         return false;
     }
-    {
-        const MUTEX_LOCKER guard(send_lock);
-        info.protocol_version = version;
-        std::copy_n(shared, KEY_WORDS, info.shared_key);
-        info.key_exchange_done = 1;
-    }
+    const MUTEX_LOCKER guard(send_lock);
+    info.protocol_version = version;
+    std::copy_n(shared, KEY_WORDS, info.shared_key);
+    info.key_exchange_done = 1;
     flush_pending_messages(connection);
     return true;
 }
 
-// One hold of the lock for the whole list: no message of another thread gets in front of it.
+// Under send_lock, in one hold with the end of the exchange: no message of another thread may get
+// in front of those that wait.
 void NETWORK_MANAGER::flush_pending_messages(const NETWORK_CONNECTION& connection) {
     NETWORK_MANAGER_INFO& info = *connection;
-    const MUTEX_LOCKER guard(send_lock);
     if (!info.key_exchange_done) {
         // Waiting has given up: the connection goes on in the clear.
         info.key_exchange_done = 1;
