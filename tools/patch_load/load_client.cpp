@@ -66,6 +66,7 @@ bool LOAD_CLIENT::handle_message(NETWORK_MESSAGE& message) {
                 return false;
             }
             message.reset_payload();
+            start_sent = false;
             return request(message, STREAM_START);
         default:
             return false;
@@ -122,6 +123,14 @@ void LOAD_CLIENT::finish(std::uint32_t expected_crc) {
 
 bool LOAD_CLIENT::receive_stream(std::vector<unsigned char>& scratch) {
     if (state != STATE::RECEIVING || stream_left == 0 || !connection) {
+        return false;
+    }
+    // The stream start leaves with the next pass of sending; in stream mode it would wait.
+    if (!start_sent) {
+        start_sent = true;
+        return true;
+    }
+    if (connection->is_send_blocked()) {
         return false;
     }
     connection->stream_mode = 1;

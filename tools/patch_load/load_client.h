@@ -38,6 +38,7 @@ private:
     std::uint32_t crc = 0;
     std::uint32_t expected = 0;  // checksum of the whole archive
     std::uint32_t stream_left = 0;
+    bool start_sent = false;  // the stream start has had a pass of sending
     std::uint64_t received = 0;
 };
 

@@ -27,6 +27,8 @@ constexpr std::uint32_t SILENCE_LIMIT_MS = 600000;
 constexpr std::uint32_t RATE_INTERVAL_MS = 500;
 constexpr double MAX_RATE_KBPS = 1e9;
 constexpr std::uint32_t PUMP_LIMIT_MS = 30;
+// How long it waits within a round for a block that was asked for.
+constexpr std::uint32_t BLOCK_WAIT_MS = 5;
 
 void _network_callback(NETWORK_MANAGER&, const NETWORK_CONNECTION&, NETWORK_MESSAGE& message,
                        void* engine) {
@@ -355,14 +357,19 @@ bool AUTOPATCH_SYSTEM::send_available_list_request(LIST_CALLBACK callback, void*
 // message, and how often rounds come must not limit the download.
 void AUTOPATCH_SYSTEM::pump_connection() {
     const std::uint32_t begin_ms = services.clock();
-    bool received;
-    do {
-        received = manager->monitor() != 0;
+    for (;;) {
+        const bool received = manager->monitor() != 0;
         manager->monitor_send();
-    } while (received && connection && download_file && !stream_active &&
-             error_code == AUTOPATCH_OK && services.clock() - begin_ms < PUMP_LIMIT_MS);
+        if (!connection || !download_file || stream_active || error_code != AUTOPATCH_OK) {
+            return;
+        }
+        // While blocks are due, wait for them here: the next round may be a whole update away.
+        const std::uint32_t passed_ms = services.clock() - begin_ms;
+        if (passed_ms >= PUMP_LIMIT_MS || (!received && !manager->wait(BLOCK_WAIT_MS))) {
+            return;
+        }
+    }
 }
-
 void AUTOPATCH_SYSTEM::monitor() {
     if (!no_reconnect && !connect()) {
         return;
