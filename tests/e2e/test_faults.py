@@ -4,6 +4,7 @@ import os
 import random
 import re
 import shutil
+import subprocess
 import time
 import unittest
 
@@ -226,6 +227,40 @@ class Missing(WorldTest):
         world = self.world
         os.chmod(world.add_ons(), 0o500)
         self.assert_started(world.run_launcher(), 5)
+
+
+class FullDisk(WorldTest):
+    """The user's folder lies on a file system of its own, with room for little."""
+
+    def setUp(self):
+        super().setUp()
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=4m", "tmpfs",
+                                  self.world.user], stderr=subprocess.DEVNULL, check=False)
+        if mounted.returncode != 0:
+            self.skipTest("no file system can be mounted here")
+
+    def tearDown(self):
+        subprocess.run(["umount", "-l", self.world.user], stderr=subprocess.DEVNULL, check=False)
+        super().tearDown()
+
+    def test_full_disk_is_told_and_the_old_client_stays(self):
+        world = self.world
+        for transport in ("stream", "blocks"):
+            world.publish(1, size=200000)
+            world.start_server("--transfer", transport)
+            self.assert_started(world.run_launcher(), 1)
+            world.publish(2, size=6000000)
+            world.start_server("--transfer", transport)
+            result = world.run_launcher()
+            self.assert_started(result, 1)
+            self.assertRegex(result.output, "can't be (written|stored|appended)|can't be read or")
+            self.assertEqual(["app_1"], world.versions())
+            # There is room for the archive, but not for what is in it.
+            world.publish(3, size=1700000)
+            world.start_server("--transfer", transport)
+            result = world.run_launcher()
+            self.assert_started(result, 1)
+            self.assertEqual(["app_1"], world.versions())
 
 
 class Kill(WorldTest):
