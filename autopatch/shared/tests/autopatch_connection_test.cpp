@@ -13,8 +13,7 @@ protected:
     // An engine that knows the port of a server which is gone.
     void start_without_server(unsigned char no_reconnect) {
         start(no_reconnect);
-        clock_peer = nullptr;
-        peer.reset();
+        drop_peer();
     }
 };
 
@@ -70,8 +69,7 @@ TEST_F(CONNECTION_TEST, TellsWhatIsInstalledAndTakesAnEmptyList) {
 }
 
 TEST_F(CONNECTION_TEST, WithAKeyExchangeOfTheServer) {
-    peer = std::make_unique<PATCH_TEST_PEER>(true);
-    clock_peer = peer.get();
+    make_peer(true);
     const auto app = make_add_on(ADD_ON::ADD_ON_APPLICATION, "app", 7);
     validate({app.get()});
     EXPECT_EQ(engine->get_progress().available_count, 1);

@@ -2,6 +2,8 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <thread>
+
 #include "engine_test.h"
 
 namespace fs = std::filesystem;
@@ -322,6 +324,24 @@ TEST_F(DOWNLOAD_TEST, AStreamOfNoBytes) {
         AUTOPATCH_SYSTEM::shutdown();
         peer->requests.clear();
     }
+}
+
+// What the pages do on the main thread while the pool thread is in monitor().
+TEST_F(DOWNLOAD_TEST, APageReadsWhileTheEngineWorks) {
+    validate({app.get()});
+    serve_blocks(archive);
+    std::thread page([this] {
+        engine->set_download_allowed(true);
+        AUTOPATCH_PROGRESS progress;
+        while (progress.current_index == 0 && engine->get_error_code() == AUTOPATCH_OK) {
+            progress = engine->get_progress();
+            std::this_thread::yield();
+        }
+        engine->internal_shutdown();
+    });
+    pump_until([&] { return all_done() || error() != AUTOPATCH_OK; });
+    page.join();
+    expect_installed();
 }
 
 // --- Progress ---

@@ -1,4 +1,11 @@
 // From an archive to an installed add-on, and what of the old state survives a failure.
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
 #include "autopatch/fetch_cursor.h"
 #include "engine_test.h"
 
@@ -177,6 +184,42 @@ TEST_F(INSTALL_TEST, ACompositeThatNeedsNothingIsPassedOver) {
     EXPECT_THAT(requested_paths(), IsEmpty());
     EXPECT_EQ(engine->get_status(), AUTOPATCH_ALL_DOWNLOADED);
     EXPECT_EQ(error(), AUTOPATCH_OK);
+}
+
+// Kills a process that installs version 7 over 6 at many different moments.
+TEST_F(INSTALL_TEST, AKillAtAnyMomentLeavesAClientThatStarts) {
+    install_client(6);
+    const std::string archive = make_client_archive("new", 300000);
+    const auto app = make_add_on(ADD_ON::ADD_ON_APPLICATION, "app", 7);
+    for (int run = 0; run < 30; ++run) {
+        drop_peer();
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            make_peer();
+            download(*app, archive);
+            ::_exit(0);
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(1500 * run));
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+
+        SCOPED_TRACE(run);
+        make_peer();
+        EXPECT_EQ(read_file(folders.client() / "app_6" / "autopatch.cfg"), "old");
+        if (fs::exists(folders.client() / "app_7")) {
+            EXPECT_EQ(read_file(folders.client() / "app_7" / "autopatch.cfg"), "new");
+            EXPECT_EQ(fs::file_size(folders.client() / "app_7" / "data" / "bulk.bin"), 300000u);
+        }
+        start();
+        const std::string version = AUTOPATCH_SYSTEM::get_current_version();
+        EXPECT_TRUE(version == "app_6" || version == "app_7") << version;
+        EXPECT_TRUE(fs::exists(folders.client() / version / "autopatch.cfg"));
+        EXPECT_FALSE(fs::exists(folders.client() / "incoming"));
+        AUTOPATCH_SYSTEM::shutdown();
+    }
+    download(*app, archive);
+    EXPECT_STREQ(AUTOPATCH_SYSTEM::get_current_version(), "app_7");
 }
 
 // --- Checkpoint ---

@@ -39,17 +39,27 @@ void* ENGINE_TEST::allocate(std::size_t size) {
     return no_memory ? nullptr : std::malloc(size);
 }
 
-ENGINE_TEST::ENGINE_TEST() : peer(std::make_unique<PATCH_TEST_PEER>()) {
+ENGINE_TEST::ENGINE_TEST() {
     now_ms = 1000;
     step_ms = 0;
     largest_allocation = 0;
     no_memory = false;
-    clock_peer = peer.get();
+    make_peer();
 }
 
 ENGINE_TEST::~ENGINE_TEST() {
     AUTOPATCH_SYSTEM::shutdown();
+    drop_peer();
+}
+
+void ENGINE_TEST::drop_peer() {
     clock_peer = nullptr;
+    peer.reset();
+}
+
+void ENGINE_TEST::make_peer(bool key_exchange) {
+    peer = std::make_unique<PATCH_TEST_PEER>(key_exchange);
+    clock_peer = peer.get();
 }
 
 void ENGINE_TEST::start(unsigned char no_reconnect) {

@@ -35,6 +35,9 @@ protected:
     ENGINE_TEST();
     ~ENGINE_TEST() override;
 
+    // The server is there from the start; these end it and make a new one.
+    void drop_peer();
+    void make_peer(bool key_exchange = false);
     // The engine with its catalogue, not connected yet.
     void start(unsigned char no_reconnect = 0);
     // One round of engine and server; the server also works while the engine waits in a stream.
