@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from harness import WorldTest, each_transport, write_text
+from harness import DEMO_CLIENT, WorldTest, each_transport, write_text
 
 
 def sessions(world):
@@ -234,8 +234,11 @@ class FullDisk(WorldTest):
 
     def setUp(self):
         super().setUp()
-        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=4m", "tmpfs",
-                                  self.world.user], stderr=subprocess.DEVNULL, check=False)
+        # Enough for one installed client, its archive and that archive unpacked.
+        self.client = os.path.getsize(DEMO_CLIENT)
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=%d" % (3.2 * self.client),
+                                  "tmpfs", self.world.user],
+                                 stderr=subprocess.DEVNULL, check=False)
         if mounted.returncode != 0:
             self.skipTest("no file system can be mounted here")
 
@@ -249,14 +252,14 @@ class FullDisk(WorldTest):
             world.publish(1, size=200000)
             world.start_server("--transfer", transport)
             self.assert_started(world.run_launcher(), 1)
-            world.publish(2, size=6000000)
+            world.publish(2, size=4 * self.client)
             world.start_server("--transfer", transport)
             result = world.run_launcher()
             self.assert_started(result, 1)
             self.assertRegex(result.output, "can't be (written|stored|appended)|can't be read or")
             self.assertEqual(["app_1"], world.versions())
             # There is room for the archive, but not for what is in it.
-            world.publish(3, size=1700000)
+            world.publish(3, size=self.client)
             world.start_server("--transfer", transport)
             result = world.run_launcher()
             self.assert_started(result, 1)
