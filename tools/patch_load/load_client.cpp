@@ -5,15 +5,10 @@
 #include <algorithm>
 
 #include "autopatch/autopatch_types.h"
+#include "autopatch/patch_protocol.h"
 
 namespace {
 
-constexpr std::uint16_t VALIDATION_REQUEST = 1200;
-constexpr std::uint16_t VALIDATION_RESPONSE = 1300;
-constexpr std::uint16_t FILE_REQUEST = 1400;
-constexpr std::uint16_t FILE_BLOCK = 1500;
-constexpr std::uint16_t STREAM_OFFER = 1800;
-constexpr std::uint16_t STREAM_START = 1900;
 constexpr unsigned char PLATFORM = 4;
 
 std::uint32_t add_to_crc(std::uint32_t crc, const unsigned char* bytes, std::uint32_t size) {
@@ -28,8 +23,9 @@ LOAD_CLIENT::LOAD_CLIENT(NETWORK_MANAGER& network, const char* host, std::uint16
         return;
     }
     NETWORK_MESSAGE message;
-    if (message << VALIDATION_REQUEST && message << PROTOCOL_VERSION &&
-        message << std::uint32_t{0} && manager.send(connection, message)) {
+    if (message << std::uint16_t{AUTOPATCH_MESSAGE_VALIDATION_REQUEST} &&
+        message << PROTOCOL_VERSION && message << std::uint32_t{0} &&
+        manager.send(connection, message)) {
         state = STATE::WAITING;
     }
 }
@@ -57,17 +53,17 @@ bool LOAD_CLIENT::handle_message(NETWORK_MESSAGE& message) {
         return false;
     }
     switch (id) {
-        case VALIDATION_RESPONSE:
+        case AUTOPATCH_MESSAGE_VALIDATION_RESPONSE:
             return handle_list(message);
-        case FILE_BLOCK:
+        case AUTOPATCH_MESSAGE_FILE_BLOCK:
             return handle_block(message);
-        case STREAM_OFFER:
+        case AUTOPATCH_MESSAGE_STREAM_OFFER:
             if (!(message >> stream_left) || !(message >> expected)) {
                 return false;
             }
             message.reset_payload();
             start_sent = false;
-            return request(message, STREAM_START);
+            return request(message, AUTOPATCH_MESSAGE_STREAM_START);
         default:
             return false;
     }
@@ -80,7 +76,7 @@ bool LOAD_CLIENT::handle_list(NETWORK_MESSAGE& message) {
     }
     state = STATE::RECEIVING;
     message.reset_payload();
-    return request(message, FILE_REQUEST);
+    return request(message, AUTOPATCH_MESSAGE_FILE_REQUEST);
 }
 
 bool LOAD_CLIENT::request(NETWORK_MESSAGE& message, std::uint16_t id) {
@@ -112,7 +108,7 @@ bool LOAD_CLIENT::handle_block(NETWORK_MESSAGE& message) {
         finish(expected);
     } else if (unchecked == 0) {
         message.reset_payload();
-        return request(message, FILE_REQUEST);
+        return request(message, AUTOPATCH_MESSAGE_FILE_REQUEST);
     }
     return true;
 }

@@ -6,6 +6,7 @@
 #include <cinttypes>
 
 #include "autopatch/autopatch_types.h"
+#include "autopatch/patch_protocol.h"
 #include "catalogue_watch.h"
 #include "kvcore/byte_order.h"
 #include "platform/process_tools.h"
@@ -13,19 +14,8 @@
 
 namespace {
 
-enum MESSAGE_ID : std::uint16_t {
-    AVAILABLE_LIST_REQUEST = 1000,
-    AVAILABLE_LIST = 1100,
-    VALIDATION_REQUEST = 1200,
-    VALIDATION_RESPONSE = 1300,
-    FILE_REQUEST = 1400,
-    FILE_BLOCK = 1500,
-    STREAM_OFFER = 1800,
-    STREAM_START = 1900,
-    // No message of the protocol; for the fault that sends one.
-    UNKNOWN_MESSAGE = 4711,
-};
-
+// No message of the protocol; for the fault that sends one.
+constexpr std::uint16_t UNKNOWN_MESSAGE = 4711;
 // Records carry their own format number since this one.
 constexpr std::uint16_t FIRST_FORMAT_WITH_VERSION = 1200;
 constexpr std::uint32_t MAX_INSTALLED = 1000;
@@ -77,15 +67,15 @@ void PATCH_SESSION::handle_message(NETWORK_MESSAGE& message) {
         message.set_pos(static_cast<std::int32_t>(sizeof id), false);
     }
     switch (id) {
-        case AVAILABLE_LIST_REQUEST:
+        case AUTOPATCH_MESSAGE_LIST_REQUEST:
             handle_available_request(message);
             break;
-        case VALIDATION_REQUEST:
+        case AUTOPATCH_MESSAGE_VALIDATION_REQUEST:
             handle_validation_request(version, message);
             break;
-        case FILE_REQUEST:
-        case STREAM_START:
-            handle_file_request(message, id == STREAM_START);
+        case AUTOPATCH_MESSAGE_FILE_REQUEST:
+        case AUTOPATCH_MESSAGE_STREAM_START:
+            handle_file_request(message, id == AUTOPATCH_MESSAGE_STREAM_START);
             break;
         default:
             end("sent an unknown message");
@@ -123,7 +113,7 @@ bool PATCH_SESSION::write_list(NETWORK_MESSAGE& message, std::uint16_t id,
 void PATCH_SESSION::handle_available_request(NETWORK_MESSAGE& message) {
     catalogue = host.watch.get();
     history += " list";
-    if (write_list(message, AVAILABLE_LIST, catalogue->get_add_ons())) {
+    if (write_list(message, AUTOPATCH_MESSAGE_LIST, catalogue->get_add_ons())) {
         send_message(message);
     } else {
         end("the list can't be written");
@@ -160,7 +150,7 @@ void PATCH_SESSION::handle_validation_request(std::uint16_t version, NETWORK_MES
     }
     if (host.settings.faults.unknown_id) {
         begin_message(message, UNKNOWN_MESSAGE);
-    } else if (!write_list(message, VALIDATION_RESPONSE, needed)) {
+    } else if (!write_list(message, AUTOPATCH_MESSAGE_VALIDATION_RESPONSE, needed)) {
         end("the response can't be written");
         return;
     }
@@ -209,7 +199,7 @@ void PATCH_SESSION::handle_file_request(NETWORK_MESSAGE& message, bool start_str
 
 void PATCH_SESSION::offer_stream(NETWORK_MESSAGE& message) {
     transfer = TRANSFER::NONE;
-    begin_message(message, STREAM_OFFER);
+    begin_message(message, AUTOPATCH_MESSAGE_STREAM_OFFER);
     const std::uint32_t crc = host.settings.faults.bad_archive_crc ? ~archive->crc : archive->crc;
     if (!(message << (archive->size - offset)) || !(message << crc)) {
         end("out of memory");
@@ -309,7 +299,7 @@ void PATCH_SESSION::send_block() {
     }
     NETWORK_MESSAGE message;
     message.allocate_buffer(static_cast<std::int32_t>(size + 64));
-    begin_message(message, FILE_BLOCK);
+    begin_message(message, AUTOPATCH_MESSAGE_FILE_BLOCK);
     bool good = message << remaining;
     good = good && message << size;
     good = good && (size == 0 ||

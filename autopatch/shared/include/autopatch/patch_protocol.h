@@ -16,7 +16,8 @@
 //                                            32-bit CRC-32 of all blocks since the last checkpoint;
 //                                            behind the last block 32-bit CRC-32 of the archive
 //   1800  to client  stream offer            32-bit size of the stream, 32-bit CRC-32 of the
-//   archive 1900  to server  stream start            as 1400; the raw bytes of the stream follow
+//                                            archive
+//   1900  to server  stream start            as 1400; the raw bytes of the stream follow
 //
 // A run: 1200, 1300, then for each archive 1400 and either blocks, with a new 1400 after each
 // checkpoint but the last, or 1800, 1900 and the stream.
