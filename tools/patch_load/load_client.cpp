@@ -62,7 +62,6 @@ bool LOAD_CLIENT::handle_message(NETWORK_MESSAGE& message) {
                 return false;
             }
             message.reset_payload();
-            start_sent = false;
             return request(message, AUTOPATCH_MESSAGE_STREAM_START);
         default:
             return false;
@@ -121,11 +120,7 @@ bool LOAD_CLIENT::receive_stream(std::vector<unsigned char>& scratch) {
     if (state != STATE::RECEIVING || stream_left == 0 || !connection) {
         return false;
     }
-    // The stream start leaves with the next pass of sending; in stream mode it would wait.
-    if (!start_sent) {
-        start_sent = true;
-        return true;
-    }
+    // In stream mode the request that starts the stream would wait.
     if (connection->is_send_blocked()) {
         return false;
     }

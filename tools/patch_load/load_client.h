@@ -15,7 +15,8 @@ public:
     // Connects and asks what is to be installed. The state is FAILED if that can't be done.
     LOAD_CLIENT(NETWORK_MANAGER& network, const char* host, std::uint16_t port);
 
-    // Receives what a raw stream has brought. True if that was anything.
+    // Receives what a raw stream has brought. True if that was anything. Called after each pass of
+    // sending, before the next one of receiving.
     bool receive_stream(std::vector<unsigned char>& scratch);
     STATE get_state() const { return state; }
     std::uint64_t get_received() const { return received; }
@@ -38,7 +39,6 @@ private:
     std::uint32_t crc = 0;
     std::uint32_t expected = 0;  // checksum of the whole archive
     std::uint32_t stream_left = 0;
-    bool start_sent = false;  // the stream start has had a pass of sending
     std::uint64_t received = 0;
 };
 

@@ -73,10 +73,10 @@ int run(std::uint16_t port, std::size_t clients, const std::string& server_pid) 
     std::size_t open = clients;
     while (open != 0 && get_ms_count() - begin < TIME_LIMIT_MS) {
         bool moved = manager.monitor() != 0;
+        manager.monitor_send();
         for (const auto& client : load.clients) {
             moved = client->receive_stream(scratch) || moved;
         }
-        manager.monitor_send();
         open =
             count(load, LOAD_CLIENT::STATE::WAITING) + count(load, LOAD_CLIENT::STATE::RECEIVING);
         if (!moved && open != 0) {
