@@ -52,9 +52,9 @@ struct TOKENS {
 };
 
 inline BYTES add_prefix(const unsigned char* bytes, std::uint32_t size) {
-    BYTES frame(5 + size);
+    BYTES frame(5);
     KVCORE::store_le32(frame.data() + 1, size);
-    std::memcpy(frame.data() + 5, bytes, size);
+    frame.insert(frame.end(), bytes, bytes + size);
     return frame;
 }
 
