@@ -135,15 +135,20 @@ TEST(Initialisable, FirstStartsAndLastStops) {
     EXPECT_EQ(service.get(), SERVICE::get_instance());
     service->start_result = KVCORE::RESULT(5);
     EXPECT_EQ(5, service->initialise().get_code());
+    EXPECT_FALSE(service->is_initialised()) << "a first start that fails doesn't count";
+    service->shutdown();
+    EXPECT_EQ(0, service->stops);
+    service->start_result = KVCORE::RESULT();
     EXPECT_EQ(0, service->initialise().get_code());
-    EXPECT_EQ(1, service->starts);
+    EXPECT_EQ(0, service->initialise().get_code());
+    EXPECT_EQ(2, service->starts) << "tried again, and then counted only";
     service->shutdown();
     EXPECT_EQ(0, service->stops);
     service->shutdown();
     service->shutdown();
     EXPECT_EQ(1, service->stops) << "a stop too many does nothing";
     service->initialise();
-    EXPECT_EQ(2, service->starts);
+    EXPECT_EQ(3, service->starts);
     service.reset();
     EXPECT_EQ(nullptr, SERVICE::get_instance());
 }

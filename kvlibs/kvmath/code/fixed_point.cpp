@@ -78,40 +78,57 @@ int find_power_of_two(std::int64_t x, int limit) {
     return n;
 }
 
+// All ones if the condition holds, else 0. The functions below choose with such masks: their
+// branches would follow the bits of the operands, which no predictor can learn.
+std::uint64_t get_mask(bool condition) {
+    return 0 - static_cast<std::uint64_t>(condition);
+}
+
 // e^x for x from 0 to below EXPONENTIAL_OVERFLOW. Pseudo-division: x is made up of logarithms
 // of numbers by which a multiplication is a shift or a shift and a sum.
-std::int64_t get_growth(std::int64_t x) {
+std::int64_t get_growth(std::int64_t exponent) {
     std::uint64_t result = ONE;
-    for (int n = find_power_of_two(x, 35); n > 0; n = find_power_of_two(x, 1)) {
-        x -= LOG_TWO_POWER_N_REVERSED[35 - n];
+    for (int n = find_power_of_two(exponent, 35); n > 0; n = find_power_of_two(exponent, 1)) {
+        exponent -= LOG_TWO_POWER_N_REVERSED[35 - n];
         result <<= n;
     }
-    for (int k = 1; k <= 28 && x != 0; ++k) {
-        const std::int64_t entry = LOG_ONE_PLUS_TWO_POWER_MINUS_N[k - 1];
-        while (x >= entry) {
-            x -= entry;
-            result += result >> k;
-        }
+    auto x = static_cast<std::uint64_t>(exponent);
+    for (int k = 1; k <= 28; ++k) {
+        // Twice an entry is no less than the one before it: no entry fits a second time.
+        const auto entry = static_cast<std::uint64_t>(LOG_ONE_PLUS_TWO_POWER_MINUS_N[k - 1]);
+        const std::uint64_t fits = get_mask(x >= entry);
+        x -= entry & fits;
+        result += (result >> k) & fits;
     }
     constexpr std::uint64_t LARGEST = 0x7FFFFFFFFFFFFFFF;
     return static_cast<std::int64_t>(result < LARGEST ? result : LARGEST);
 }
 
 // e^-x for x from 0 to EXPONENTIAL_UNDERFLOW.
-std::int64_t get_decay(std::int64_t x) {
-    std::int64_t result = ONE;
-    for (int n = find_power_of_two(x, 28); n > 0; n = find_power_of_two(x, 1)) {
-        x -= LOG_TWO_POWER_N_REVERSED[35 - n];
+std::int64_t get_decay(std::int64_t exponent) {
+    std::uint64_t result = ONE;
+    for (int n = find_power_of_two(exponent, 28); n > 0; n = find_power_of_two(exponent, 1)) {
+        exponent -= LOG_TWO_POWER_N_REVERSED[35 - n];
         result >>= n;
     }
-    for (int k = 1; k <= 28 && x != 0; ++k) {
-        const std::int64_t entry = LOG_ONE_OVER_ONE_MINUS_TWO_POWER_MINUS_N[k - 1];
-        while (x >= entry) {
-            x -= entry;
-            result -= result >> k;
-        }
+    auto x = static_cast<std::uint64_t>(exponent);
+    const auto try_entry = [&](int k) {
+        const auto entry =
+            static_cast<std::uint64_t>(LOG_ONE_OVER_ONE_MINUS_TWO_POWER_MINUS_N[k - 1]);
+        const std::uint64_t fits = get_mask(x >= entry);
+        x -= entry & fits;
+        result -= (result >> k) & fits;
+    };
+    // Up to here, twice an entry can be less than the one before it: it may fit a second time.
+    constexpr int LAST_TWICE = 15;
+    for (int k = 1; k <= LAST_TWICE; ++k) {
+        try_entry(k);
+        try_entry(k);
     }
-    return result;
+    for (int k = LAST_TWICE + 1; k <= 28; ++k) {
+        try_entry(k);
+    }
+    return static_cast<std::int64_t>(result);
 }
 
 }  // namespace
@@ -127,16 +144,16 @@ FIXED_POINT FIXED_POINT::square_root() const {
     std::uint64_t trial = std::uint64_t{1} << ((63 - std::countl_zero(remainder)) & ~1);
     for (; trial != 0; trial >>= 2) {
         const std::uint64_t candidate = root + trial;
-        const bool fits = remainder >= candidate;
-        remainder -= fits ? candidate : 0;
-        root = (root >> 1) + (fits ? trial : 0);
+        const std::uint64_t fits = get_mask(remainder >= candidate);
+        remainder -= candidate & fits;
+        root = (root >> 1) + (trial & fits);
     }
     for (int i = 0; i < FRACTION_BITS / 2; ++i) {
         remainder <<= 2;
         const std::uint64_t candidate = (root << 2) | 1;
-        const bool fits = remainder >= candidate;
-        remainder -= fits ? candidate : 0;
-        root = (root << 1) | (fits ? 1 : 0);
+        const std::uint64_t fits = get_mask(remainder >= candidate);
+        remainder -= candidate & fits;
+        root = (root << 1) | (fits & 1);
     }
     return from_raw(static_cast<std::int64_t>(root));
 }

@@ -138,15 +138,17 @@ MATRIX_BASE<T> MATRIX_BASE<T>::cofactors() const {
 
 // Gauss-Jordan elimination with the largest pivot of each column. Unlike cofactors, which are
 // products of three elements and more, it keeps small scales apart from the last fractional bits.
+// It begins with the fourth column: of an affine matrix that leaves the axes to themselves, free of
+// a translation that may be hundreds of times as large.
 template <typename T>
 MATRIX_BASE<T> MATRIX_BASE<T>::get_inverse_by_elimination() const {
     ROW left[4] = {get_row(0), get_row(1), get_row(2), get_row(3)};
     const MATRIX_BASE identity;
     ROW right[4] = {identity.get_row(0), identity.get_row(1), identity.get_row(2),
                     identity.get_row(3)};
-    for (int column = 0; column < 4; ++column) {
+    for (int column = 3; column >= 0; --column) {
         int pivot = column;
-        for (int i = column + 1; i < 4; ++i) {
+        for (int i = column - 1; i >= 0; --i) {
             if (get_absolute(left[i][column]) > get_absolute(left[pivot][column])) {
                 pivot = i;
             }
@@ -155,7 +157,7 @@ MATRIX_BASE<T> MATRIX_BASE<T>::get_inverse_by_elimination() const {
         std::swap(right[column], right[pivot]);
         const T divisor = left[column][column];
         if (divisor == T(0)) {
-            return MATRIX_BASE(T(0));
+            return {ROW::ZERO, ROW::ZERO, ROW::ZERO, ROW::ZERO};
         }
         left[column] /= divisor;
         right[column] /= divisor;
@@ -251,21 +253,10 @@ void transform_points(const MATRIX_BASE<float>& matrix, const VECTOR3_BASE<float
     const SIMD::FLOAT4 r1 = SIMD::load(m + 4);
     const SIMD::FLOAT4 r2 = SIMD::load(m + 8);
     const SIMD::FLOAT4 r3 = SIMD::load(m + 12);
-    const auto transform = [&](const VECTOR3_BASE<float>& p) {
-        return (SIMD::splat(p.x) * r0 + SIMD::splat(p.y) * r1) + (SIMD::splat(p.z) * r2 + r3);
-    };
-    // Four points are twelve floats, three stores.
+    static_assert(sizeof(VECTOR3_BASE<float>) == 3 * sizeof(float));
     std::size_t i = 0;
     for (; i + 4 <= count; i += 4) {
-        const SIMD::FLOAT4 a = transform(points[i]);
-        const SIMD::FLOAT4 b = transform(points[i + 1]);
-        const SIMD::FLOAT4 c = transform(points[i + 2]);
-        const SIMD::FLOAT4 d = transform(points[i + 3]);
-        float packed[12];
-        SIMD::store(packed, SIMD::shuffle<0, 1, 2, 4>(a, b));
-        SIMD::store(packed + 4, SIMD::shuffle<1, 2, 4, 5>(b, c));
-        SIMD::store(packed + 8, SIMD::shuffle<0, 4, 5, 6>(SIMD::splat<2>(c), d));
-        __builtin_memcpy(static_cast<void*>(results + i), packed, sizeof(packed));
+        SIMD::transform_four_points(&points[i].x, &results[i].x, r0, r1, r2, r3);
     }
     for (; i < count; ++i) {
         results[i] = matrix.transform(points[i]);

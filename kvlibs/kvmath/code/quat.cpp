@@ -2,6 +2,9 @@
 
 #include "kvmath/matrix.h"
 
+#include <cmath>
+#include <type_traits>
+
 namespace KVMATH {
 
 template <typename T>
@@ -97,6 +100,46 @@ QUAT_BASE<T> get_weighted_sum(const QUAT_BASE<T>& a, T weight_a, const QUAT_BASE
             a.z * weight_a + b.z * weight_b, a.w * weight_a + b.w * weight_b};
 }
 
+// -1 for a negative value, else 1. In float without a branch, as signs come in no order that could
+// be predicted; the sum makes 0 of -0.
+float get_sign(float value) {
+    return std::copysign(1.0f, value + 0.0f);
+}
+
+FIXED_POINT get_sign(FIXED_POINT value) {
+    return value < 0 ? -1 : 1;
+}
+
+// The weights of a slerp: sin((1 - t) angle) / sin angle and sin(t angle) / sin angle. At the ends
+// they are exact, where a sine of 0 in fixed point may have a last bit.
+template <typename T>
+void get_slerp_weights(T cosine, T t, T& weight_a, T& weight_b) {
+    if (t == T(0) || t == T(1)) {
+        weight_a = T(1) - t;
+        weight_b = t;
+        return;
+    }
+    const T angle = get_arc_cos(cosine);
+    T sine{};
+    T sine_a{};
+    T sine_b{};
+    sin_cos(angle, &sine, nullptr);
+    sin_cos((T(1) - t) * angle, &sine_a, nullptr);
+    sin_cos(t * angle, &sine_b, nullptr);
+    weight_a = sine_a / sine;
+    weight_b = sine_b / sine;
+}
+
+// Between the ends all angles are acute, and the three sines can be had at once.
+void get_slerp_weights_between(float cosine, float t, float& weight_a, float& weight_b) {
+    const SIMD::FLOAT4 parts = {1.0f, 1.0f - t, t, 0.0f};
+    const SIMD::FLOAT4 sines =
+        SIMD::get_sines(SIMD::splat(SIMD::get_acute_arc_cos(cosine)) * parts);
+    const SIMD::FLOAT4 weights = sines / SIMD::splat<0>(sines);
+    weight_a = weights[1];
+    weight_b = weights[2];
+}
+
 }  // namespace
 
 template <typename T>
@@ -106,22 +149,22 @@ QUAT_BASE<T> QUAT_BASE<T>::slerp(const QUAT_BASE& a, const QUAT_BASE& b, T t) {
     T weight_a = T(1) - t;
     T weight_b = t;
     if (size < T(1) - SCALAR<T>::SMALL) {
-        const T angle = get_arc_cos(size);
-        T sine{};
-        T sine_a{};
-        T sine_b{};
-        sin_cos(angle, &sine, nullptr);
-        sin_cos(weight_a * angle, &sine_a, nullptr);
-        sin_cos(weight_b * angle, &sine_b, nullptr);
-        weight_a = sine_a / sine;
-        weight_b = sine_b / sine;
+        if constexpr (std::is_same_v<T, float>) {
+            if (t >= 0.0f && t <= 1.0f) {
+                get_slerp_weights_between(size, t, weight_a, weight_b);
+            } else {
+                get_slerp_weights(size, t, weight_a, weight_b);
+            }
+        } else {
+            get_slerp_weights(size, t, weight_a, weight_b);
+        }
     }
-    return get_weighted_sum(a, weight_a, b, cosine < T(0) ? -weight_b : weight_b);
+    return get_weighted_sum(a, weight_a, b, weight_b * get_sign(cosine));
 }
 
 template <typename T>
 QUAT_BASE<T> QUAT_BASE<T>::interpolate(const QUAT_BASE& a, const QUAT_BASE& b, T t) {
-    return get_weighted_sum(a, T(1) - t, b, a.dot(b) < T(0) ? -t : t).normal();
+    return get_weighted_sum(a, T(1) - t, b, t * get_sign(a.dot(b))).normal();
 }
 
 template struct QUAT_BASE<float>;

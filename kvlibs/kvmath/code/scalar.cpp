@@ -26,9 +26,9 @@ std::uint64_t get_integer_root(WORD remainder, int bits) {
     WORD root = 0;
     for (WORD trial = WORD{1} << ((bits - 1) & ~1); trial != 0; trial >>= 2) {
         const WORD candidate = root + trial;
-        const bool fits = remainder >= candidate;
-        remainder -= fits ? candidate : 0;
-        root = (root >> 1) + (fits ? trial : 0);
+        const WORD fits = 0 - static_cast<WORD>(remainder >= candidate);
+        remainder -= candidate & fits;
+        root = (root >> 1) + (trial & fits);
     }
     return static_cast<std::uint64_t>(root);
 }

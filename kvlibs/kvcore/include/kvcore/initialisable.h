@@ -15,11 +15,17 @@ public:
     INITIALISABLE_OBJECT(const INITIALISABLE_OBJECT&) = delete;
     INITIALISABLE_OBJECT& operator=(const INITIALISABLE_OBJECT&) = delete;
 
-    // Counts a start; the first runs do_initialisation and yields its result. A start that failed
-    // counts as well, so that every initialise has its shutdown.
+    // Counts a start; the first runs do_initialisation and yields its result. A first start that
+    // fails leaves the count at 0, so that it needs no shutdown and the next one tries again.
     RESULT initialise() {
-        ++initialised_count;
-        return initialised_count == 1 ? do_initialisation() : RESULT();
+        if (++initialised_count > 1) {
+            return RESULT();
+        }
+        const RESULT result = do_initialisation();
+        if (result != 0) {
+            initialised_count = 0;
+        }
+        return result;
     }
     // Counts a stop; the last runs do_shutdown and yields its result. A stop without a start does
     // nothing.
@@ -50,8 +56,14 @@ template <typename T>
 class INITIALISABLE_CLASS {
 public:
     static RESULT initialise() {
-        ++initialised_count;
-        return initialised_count == 1 ? T::do_initialisation() : RESULT();
+        if (++initialised_count > 1) {
+            return RESULT();
+        }
+        const RESULT result = T::do_initialisation();
+        if (result != 0) {
+            initialised_count = 0;
+        }
+        return result;
     }
     static RESULT shutdown() {
         if (initialised_count == 0) {

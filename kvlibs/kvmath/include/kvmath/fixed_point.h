@@ -12,6 +12,7 @@
 #include <concepts>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace KVMATH {
 
@@ -44,6 +45,14 @@ public:
     }
     constexpr explicit operator double() const { return to_double(); }
     constexpr explicit operator float() const { return to_float(); }
+
+    // As truncate; outside the integer's range, the nearest end of it.
+    template <std::integral I>
+    constexpr explicit operator I() const {
+        return std::in_range<I>(truncate()) ? static_cast<I>(truncate())
+               : raw_ < 0                   ? std::numeric_limits<I>::min()
+                                            : std::numeric_limits<I>::max();
+    }
 
     // The whole part: the fraction is dropped, towards zero.
     constexpr std::int64_t truncate() const { return raw_ / ONE_RAW; }
@@ -110,10 +119,12 @@ public:
     // The square root, cut to the last fractional bit. Of a negative value: 0.
     FIXED_POINT square_root() const;
 
-    // e to the power of this. From about 24.26 up it is the largest value, below about -19.41 0.
+    // e to the power of this, to 4e-8 of the result or 12 steps, whichever is more. From about
+    // 24.26 up it is the largest value, below about -19.41 0.
     FIXED_POINT exponential() const;
 
-    // Sine and cosine of an angle in radians, of any size. Either pointer may be null.
+    // Sine and cosine of an angle in radians, of any size, to 6 steps from -2 pi to 2 pi. Either
+    // pointer may be null.
     static void sin_cos(FIXED_POINT angle, FIXED_POINT* sine, FIXED_POINT* cosine);
 
     // The point (x, y) as its distance from the origin and its angle from the x axis, -pi to pi.

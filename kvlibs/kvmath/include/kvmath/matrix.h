@@ -27,7 +27,11 @@ public:
     static const MATRIX_BASE IDENTITY;
 
     // The identity.
-    constexpr MATRIX_BASE() : MATRIX_BASE(T(1)) {}
+    constexpr MATRIX_BASE()
+        : values_{{T(1), T(0), T(0), T(0)},
+                  {T(0), T(1), T(0), T(0)},
+                  {T(0), T(0), T(1), T(0)},
+                  {T(0), T(0), T(0), T(1)}} {}
 
     constexpr MATRIX_BASE(const ROW& row0, const ROW& row1, const ROW& row2, const ROW& row3)
         : values_{{row0.x, row0.y, row0.z, row0.w},
@@ -209,12 +213,6 @@ private:
     struct UNSET {};
 
     explicit MATRIX_BASE(UNSET) {}  // the elements are written by the caller
-
-    constexpr explicit MATRIX_BASE(T diagonal)
-        : values_{{diagonal, T(0), T(0), T(0)},
-                  {T(0), diagonal, T(0), T(0)},
-                  {T(0), T(0), diagonal, T(0)},
-                  {T(0), T(0), T(0), diagonal}} {}
 
     constexpr void set_axis(int i, const VECTOR& axis) {
         values_[i][0] = axis.x;

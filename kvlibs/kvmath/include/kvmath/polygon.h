@@ -22,8 +22,8 @@ public:
     void add_point(const VECTOR& point) { points_.push_back(point); }
     const std::vector<VECTOR>& get_points() const { return points_; }
 
-    // Of length 1, by M. E. Newell's sum over the edges, so that points that fall together or lie
-    // on one line do no harm. Zero for a polygon without an area.
+    // Of length 1: the direction of the sum over the triangle fan, so that points that fall
+    // together or lie on one line do no harm. Zero for a polygon without an area.
     VECTOR normal() const;
 
     // The mean of the points; zero for a polygon without points.

@@ -2,10 +2,35 @@
 
 #include <memory>
 
+#include "kvcore/file_manager.h"
 #include "kvcore/log_manager.h"
 #include "kvcore/pool_manager.h"
 #include "kvcore/thread.h"
 #include "modules/frameworks/orln_log_handler.h"
+
+namespace {
+
+// Makes a singleton that isn't there yet, and counts a start.
+template <typename T>
+KVCORE::RESULT initialise_singleton() {
+    if (T::get_instance() == nullptr) {
+        new T;
+    }
+    return T::get_instance()->initialise();
+}
+
+// Counts a stop; the last deletes the singleton.
+template <typename T>
+void shutdown_singleton() {
+    if (T* const singleton = T::get_instance()) {
+        singleton->shutdown();
+        if (!singleton->is_initialised()) {
+            delete singleton;
+        }
+    }
+}
+
+}  // namespace
 
 void initialise_kvcore(KVCORE::RESULT& result) {
     result += KVCORE::THREAD::initialise();
@@ -14,10 +39,8 @@ void initialise_kvcore(KVCORE::RESULT& result) {
     if (first_handler) {
         KVCORE::LOG_MANAGER::install_handler(std::make_unique<ORLN_LOG_HANDLER>());
     }
-    if (KVCORE::POOL_MANAGER::get_instance() == nullptr) {
-        new KVCORE::POOL_MANAGER;
-    }
-    result += KVCORE::POOL_MANAGER::get_instance()->initialise();
+    result += initialise_singleton<KVCORE::POOL_MANAGER>();
+    result += initialise_singleton<KVCORE::FILE_MANAGER>();
 }
 
 void startup_kvcore(KVCORE::RESULT& result) {
@@ -25,12 +48,8 @@ void startup_kvcore(KVCORE::RESULT& result) {
 }
 
 void shutdown_kvcore() {
-    if (KVCORE::POOL_MANAGER* pools = KVCORE::POOL_MANAGER::get_instance()) {
-        pools->shutdown();
-        if (!pools->is_initialised()) {
-            delete pools;
-        }
-    }
+    shutdown_singleton<KVCORE::FILE_MANAGER>();
+    shutdown_singleton<KVCORE::POOL_MANAGER>();
     KVCORE::LOG_MANAGER::shutdown();
     KVCORE::THREAD::shutdown();
 }

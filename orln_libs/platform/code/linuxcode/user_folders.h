@@ -1,6 +1,4 @@
-// The user's folders and programs, as the desktop's conventions place them. This is the only file
-// that reads the environment. Source of the rules: the XDG base directories and the xdg-user-dirs
-// tool of freedesktop.org.
+// The user's folders and programs, as the desktop's conventions place them (kvcore/user_folders.h).
 #ifndef PLATFORM_LINUXCODE_USER_FOLDERS_H
 #define PLATFORM_LINUXCODE_USER_FOLDERS_H
 

@@ -1,0 +1,21 @@
+// What the sources of FSREF_ITEM share.
+#ifndef KVCORE_LINUXCODE_FSREF_SUPPORT_H
+#define KVCORE_LINUXCODE_FSREF_SUPPORT_H
+
+#include <sys/stat.h>
+
+#include "kvcore/result.h"
+
+namespace KVCORE {
+
+// The result of an errno value; a failure is logged.
+RESULT check_file_code(int code);
+
+// Nobody has the right to write. A link has no rights of its own.
+inline bool is_locked(const struct stat& status) {
+    return !S_ISLNK(status.st_mode) && (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+}
+
+}  // namespace KVCORE
+
+#endif  // KVCORE_LINUXCODE_FSREF_SUPPORT_H
