@@ -10,8 +10,8 @@ constexpr std::chrono::milliseconds WATCH_INTERVAL{500};
 
 }  // namespace
 
-CATALOGUE_WATCH::CATALOGUE_WATCH(std::string published_folder)
-    : folder(std::move(published_folder)) {
+CATALOGUE_WATCH::CATALOGUE_WATCH(std::string published_folder, std::uint32_t archive_block_size)
+    : folder(std::move(published_folder)), block_size(archive_block_size) {
 }
 
 CATALOGUE_WATCH::~CATALOGUE_WATCH() {
@@ -27,7 +27,7 @@ CATALOGUE_WATCH::~CATALOGUE_WATCH() {
 
 bool CATALOGUE_WATCH::start(std::string& reason) {
     fingerprint = make_fingerprint(folder);
-    catalogue = PUBLISHED_CATALOGUE::scan(folder, reason);
+    catalogue = PUBLISHED_CATALOGUE::scan(folder, block_size, reason);
     if (!catalogue) {
         return false;
     }
@@ -48,7 +48,7 @@ void CATALOGUE_WATCH::watch() {
         if (now != fingerprint) {
             std::string reason;
             // What can't be read now is tried again at the next look; the old catalogue serves on.
-            if (auto fresh = PUBLISHED_CATALOGUE::scan(folder, reason)) {
+            if (auto fresh = PUBLISHED_CATALOGUE::scan(folder, block_size, reason)) {
                 fingerprint = now;
                 server_log("new catalogue: %zu add-ons, %zu archives", fresh->get_add_ons().size(),
                            fresh->get_archives().size());

@@ -4,6 +4,7 @@
 #define TOOLS_PATCH_SERVER_CATALOGUE_WATCH_H
 
 #include <condition_variable>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,7 +14,8 @@
 
 class CATALOGUE_WATCH {
 public:
-    explicit CATALOGUE_WATCH(std::string published_folder);
+    // `block_size` as for PUBLISHED_CATALOGUE::scan.
+    CATALOGUE_WATCH(std::string published_folder, std::uint32_t archive_block_size);
     ~CATALOGUE_WATCH();
     CATALOGUE_WATCH(const CATALOGUE_WATCH&) = delete;
     CATALOGUE_WATCH& operator=(const CATALOGUE_WATCH&) = delete;
@@ -28,6 +30,7 @@ private:
     void watch();
 
     const std::string folder;
+    const std::uint32_t block_size;
     mutable std::mutex lock;  // catalogue, stopping
     std::condition_variable wake;
     std::shared_ptr<const PUBLISHED_CATALOGUE> catalogue;

@@ -17,7 +17,7 @@ constexpr std::uint32_t RATE_WAIT_MS = 5;
 
 PATCH_SERVER::PATCH_SERVER(const SERVER_SETTINGS& server_settings)
     : settings(server_settings),
-      watch(settings.publish),
+      watch(settings.publish, settings.stream ? 0 : settings.block_size),
       manager(1, settings.key_exchange ? 0 : 1),
       host{manager, settings, watch, {}} {
 }

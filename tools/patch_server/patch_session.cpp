@@ -1,7 +1,5 @@
 #include "patch_session.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cinttypes>
 
@@ -287,7 +285,7 @@ void PATCH_SESSION::send_block() {
         end("the archive can't be read");
         return;
     }
-    run_crc = static_cast<std::uint32_t>(::crc32(run_crc, block.data(), size));
+    run_crc = archive->continue_crc(run_crc, offset, block.data(), size);
     const std::uint32_t block_index = offset / host.settings.block_size;
     if (faults.flip_block == block_index && size != 0) {
         faults.flip_block = -1;

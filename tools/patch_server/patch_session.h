@@ -77,7 +77,7 @@ private:
 
     const std::uint32_t started_ms;
     std::uint32_t transfer_ms = 0;  // when the archive was first asked for
-    std::uint64_t bytes_sent = 0;  // of archives
+    std::uint64_t bytes_sent = 0;   // of archives
     std::string peer;
     std::string history;  // what was asked for
     std::string end_reason;

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cstring>
@@ -101,7 +102,9 @@ PUBLISHED_ARCHIVE::PUBLISHED_ARCHIVE(PUBLISHED_ARCHIVE&& other) noexcept
       platform(other.platform),
       crc(other.crc),
       size(other.size),
-      descriptor(std::exchange(other.descriptor, -1)) {
+      descriptor(std::exchange(other.descriptor, -1)),
+      crc_block_size(other.crc_block_size),
+      block_crcs(std::move(other.block_crcs)) {
 }
 
 PUBLISHED_ARCHIVE::~PUBLISHED_ARCHIVE() {
@@ -123,7 +126,36 @@ bool PUBLISHED_ARCHIVE::read(std::uint64_t offset, unsigned char* bytes, std::si
     return true;
 }
 
+bool PUBLISHED_ARCHIVE::make_block_crcs(std::uint32_t block_size) {
+    std::vector<unsigned char> block(block_size);
+    block_crcs.clear();
+    for (std::uint64_t offset = 0; offset < size; offset += block_size) {
+        const auto count =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(block_size, size - offset));
+        if (!read(offset, block.data(), count)) {
+            return false;
+        }
+        block_crcs.push_back(static_cast<std::uint32_t>(::crc32(0, block.data(), count)));
+    }
+    crc_block_size = block_size;
+    return true;
+}
+
+std::uint32_t PUBLISHED_ARCHIVE::continue_crc(std::uint32_t crc_before, std::uint64_t offset,
+                                              const unsigned char* bytes,
+                                              std::uint32_t count) const {
+    const bool stored = crc_block_size != 0 && offset % crc_block_size == 0 &&
+                        (count == crc_block_size || offset + count == size) && count != 0;
+    if (!stored) {
+        return static_cast<std::uint32_t>(::crc32(crc_before, bytes, count));
+    }
+    return static_cast<std::uint32_t>(
+        ::crc32_combine(crc_before, block_crcs[static_cast<std::size_t>(offset / crc_block_size)],
+                        static_cast<::z_off_t>(count)));
+}
+
 std::shared_ptr<const PUBLISHED_CATALOGUE> PUBLISHED_CATALOGUE::scan(const std::string& folder,
+                                                                     std::uint32_t block_size,
                                                                      std::string& reason) {
     const std::string before = make_fingerprint(folder);
     DISK_MANAGER disk;
@@ -149,7 +181,7 @@ std::shared_ptr<const PUBLISHED_CATALOGUE> PUBLISHED_CATALOGUE::scan(const std::
     for (std::int32_t i = 0; i < manager.mandatory.get_count(); ++i) {
         catalogue->mandatory.insert(static_cast<const ADD_ON*>(manager.mandatory[i])->path);
     }
-    catalogue->add_archives(folder);
+    catalogue->add_archives(folder, block_size);
     if (make_fingerprint(folder) != before) {
         reason = folder + " changed while it was read";
         return nullptr;
@@ -157,14 +189,14 @@ std::shared_ptr<const PUBLISHED_CATALOGUE> PUBLISHED_CATALOGUE::scan(const std::
     return catalogue;
 }
 
-void PUBLISHED_CATALOGUE::add_archives(const std::string& folder) {
+void PUBLISHED_CATALOGUE::add_archives(const std::string& folder, std::uint32_t block_size) {
     const ADD_ONS_MANAGER& manager = *ADD_ONS_MANAGER::get_instance();
     for (std::int32_t i = 0; i < manager.crc_infos.get_count(); ++i) {
         const CRC_INFO& info = *static_cast<const CRC_INFO*>(manager.crc_infos[i]);
         const std::string file = published_folder(folder, *info.add_on) + "/" +
                                  archive_name(*info.add_on, info.platform);
         PUBLISHED_ARCHIVE archive(info.add_on->path, info.platform, info.crc, file.c_str());
-        if (archive.is_open()) {
+        if (archive.is_open() && (block_size == 0 || archive.make_block_crcs(block_size))) {
             archives.push_back(std::move(archive));
         }
     }

@@ -27,6 +27,14 @@ public:
     // Reads exactly `count` bytes at `offset`. Safe on any thread.
     bool read(std::uint64_t offset, unsigned char* bytes, std::size_t count) const;
 
+    // Takes the checksum of each block of `block_size` bytes, so that sessions needn't. False if
+    // the archive can't be read.
+    bool make_block_crcs(std::uint32_t block_size);
+    // `crc` continued over `count` bytes at `offset`, whose content is `bytes`: from the stored
+    // checksums where these are whole blocks.
+    std::uint32_t continue_crc(std::uint32_t crc_before, std::uint64_t offset,
+                               const unsigned char* bytes, std::uint32_t count) const;
+
     std::string path;      // the add-on's
     signed char platform;  // 0: any
     std::uint32_t crc;     // CRC-32 of the whole archive
@@ -34,13 +42,17 @@ public:
 
 private:
     int descriptor;
+    std::uint32_t crc_block_size = 0;
+    std::vector<std::uint32_t> block_crcs;
 };
 
 class PUBLISHED_CATALOGUE {
 public:
     // Walks the published folder. Null, with the reason in words, if it holds no client or changed
-    // during the walk. Uses ADD_ONS_MANAGER, which has to be started.
+    // during the walk. With a `block_size` other than 0 the archives are prepared for being sent in
+    // such blocks. Uses ADD_ONS_MANAGER, which has to be started.
     static std::shared_ptr<const PUBLISHED_CATALOGUE> scan(const std::string& folder,
+                                                           std::uint32_t block_size,
                                                            std::string& reason);
 
     // The archive of an add-on for a platform, or null.
@@ -56,7 +68,7 @@ public:
     const std::vector<PUBLISHED_ARCHIVE>& get_archives() const { return archives; }
 
 private:
-    void add_archives(const std::string& folder);
+    void add_archives(const std::string& folder, std::uint32_t block_size);
 
     std::vector<std::unique_ptr<ADD_ON>> add_ons;
     std::set<std::string> mandatory;

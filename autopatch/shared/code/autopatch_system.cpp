@@ -29,6 +29,8 @@ constexpr double MAX_RATE_KBPS = 1e9;
 constexpr std::uint32_t PUMP_LIMIT_MS = 30;
 // How long it waits within a round for a block that was asked for.
 constexpr std::uint32_t BLOCK_WAIT_MS = 5;
+// A peer that was heard of within this time is sending.
+constexpr std::uint32_t FLOWING_MS = 100;
 
 void _network_callback(NETWORK_MANAGER&, const NETWORK_CONNECTION&, NETWORK_MESSAGE& message,
                        void* engine) {
@@ -363,9 +365,11 @@ void AUTOPATCH_SYSTEM::pump_connection() {
         if (!connection || !download_file || stream_active || error_code != AUTOPATCH_OK) {
             return;
         }
-        // While blocks are due, wait for them here: the next round may be a whole update away.
-        const std::uint32_t passed_ms = services.clock() - begin_ms;
-        if (passed_ms >= PUMP_LIMIT_MS || (!received && !manager->wait(BLOCK_WAIT_MS))) {
+        // While blocks flow, wait for the next one here: the next round may be a whole update away.
+        const std::uint32_t now_ms = services.clock();
+        const bool flowing = now_ms - last_activity_ms < FLOWING_MS;
+        if (now_ms - begin_ms >= PUMP_LIMIT_MS ||
+            (!received && (!flowing || !manager->wait(BLOCK_WAIT_MS)))) {
             return;
         }
     }
