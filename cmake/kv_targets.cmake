@@ -1,6 +1,8 @@
 # Functions with which every target of the tree is declared, so that flags live in one place.
 
 add_library(kv_build_flags INTERFACE)
+# A program depends on a shared library only if it uses something of it.
+target_link_options(kv_build_flags INTERFACE -Wl,--as-needed)
 target_compile_options(kv_build_flags INTERFACE -Wall -Wextra -Wshadow -Wconversion -Werror)
 # Release programs name no folder of the machine that built them. GCC 12 sees overlaps where a text
 # literal and a std::string are joined (GCC bug 105651), so that warning is off there.

@@ -63,7 +63,8 @@ bool AUTOPATCH_SYSTEM::write_part_file(std::uint32_t crc) {
     if (!download_file) {
         return false;
     }
-    const bool stored = !part_file || part_file->close();
+    const bool written_here = part_file != nullptr;
+    const bool stored = !written_here || part_file->close();
     DISK_MANAGER::close(part_file);
     DISK_MANAGER downloads;
     if (!goto_downloads(downloads, true)) {
@@ -75,7 +76,7 @@ bool AUTOPATCH_SYSTEM::write_part_file(std::uint32_t crc) {
     if (!stored) {
         TRACE_OUTPUT::output_warning("The download \"%s\" can't be written", part_name.c_str());
         record_error(AUTOPATCH_ERROR_EXTRACT);
-    } else if (get_crc_from_file(downloads, part_name.c_str()) == crc) {
+    } else if ((written_here ? part_crc : get_crc_from_file(downloads, part_name.c_str())) == crc) {
         appended = append_part_file(downloads, part_name);
     } else {
         TRACE_OUTPUT::output_trace(

@@ -1,4 +1,6 @@
 // The messages of the patch protocol, as the server sends them.
+#include <zlib.h>
+
 #include <algorithm>
 
 #include "autopatch/add_on.h"
@@ -212,6 +214,7 @@ bool AUTOPATCH_SYSTEM::open_part_file() {
     if (goto_downloads(downloads, true)) {
         downloads.remove(name.c_str(), true);
         part_file = downloads.open_data_file(name.c_str(), FILE_WRITE, BYTEORDER_LITTLE);
+        part_crc = 0;
     }
     return part_file != nullptr;
 }
@@ -225,8 +228,12 @@ bool AUTOPATCH_SYSTEM::store_block(NETWORK_MESSAGE& message, std::uint32_t block
         return false;
     }
     const auto size = static_cast<std::int32_t>(block_size);
-    return message.read_data_block(transfer_buffer.get(), size) == size &&
-           part_file->write_data_block(transfer_buffer.get(), size) == size;
+    if (message.read_data_block(transfer_buffer.get(), size) != size ||
+        part_file->write_data_block(transfer_buffer.get(), size) != size) {
+        return false;
+    }
+    part_crc = static_cast<std::uint32_t>(::crc32(part_crc, transfer_buffer.get(), block_size));
+    return true;
 }
 
 // --- Stream offer ---

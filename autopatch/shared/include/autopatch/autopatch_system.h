@@ -206,6 +206,8 @@ private:
     NETWORK_CONNECTION connection;       // null: not connected
     DATA_FILE* download_file = nullptr;  // owned, closed through DISK_MANAGER::close
     DATA_FILE* part_file = nullptr;      // owned, closed through DISK_MANAGER::close
+    // Checksum of what was written to part_file; the archive as a whole is read back and checked.
+    std::uint32_t part_crc = 0;
     std::uint32_t expected_crc = 0;
     ADD_ON* current_add_on = nullptr;  // not owned: a record of the catalogue's available list
     std::unique_ptr<unsigned char[], FREE_DELETER> transfer_buffer;
