@@ -37,6 +37,10 @@ public:
     LAUNCHER(bool generate_mode, bool generate_3d);
     ~LAUNCHER() override;
 
+    // Gives the page background of the windows the skin's image "BACKGROUND", at the window's size,
+    // and their first area that size. Nothing without such an image.
+    void initialize_areas(unsigned char load, signed char window) override;
+    void handle_quit_request() override;
     // One update on the main thread. False ends the program.
     bool monitor() override;
     std::int32_t get_build_number() const override { return -1; }

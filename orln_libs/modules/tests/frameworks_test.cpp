@@ -22,6 +22,7 @@ public:
     bool monitor() override { return ++updates < 3; }
     std::int32_t get_build_number() const override { return 1; }
     void initialise() override {}
+    void initialize_areas(unsigned char, signed char) override {}
     void destroy() override {}
     void startup_manual_singletons() override {}
     void shutdown_manual_singletons() override {}

@@ -9,7 +9,6 @@
 #include "modules/frameworks/orln_application.h"
 
 std::atomic<bool> window_aborted{false};
-bool events_something_done = false;
 
 namespace {
 

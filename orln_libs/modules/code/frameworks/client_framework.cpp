@@ -3,7 +3,9 @@
 #include <cinttypes>
 
 #include "kvcore/text_field.h"
+#include "modules/winman/image_box.h"
 #include "platform/colour.h"
+#include "platform/image.h"
 
 CLIENT_FRAMEWORK::CLIENT_FRAMEWORK(const char* config_name, FOLDER_ID folder)
     : WINDOWED_APPLICATION_FRAMEWORK(32, make_graphics_sizes(1024, 758)),
@@ -14,6 +16,9 @@ CLIENT_FRAMEWORK::CLIENT_FRAMEWORK(const char* config_name, FOLDER_ID folder)
     config.get_base_path().move_down("config", true);
     output_trace("setting user interface constants");
     COLOUR::alpha_solid_threshold = 250;
+    IMAGE::chiseled_light_blend_value = 0.15;
+    IMAGE::chiseled_dark_blend_value = -0.1;
+    IMAGE_BOX::store_local_result = true;
 }
 
 void CLIENT_FRAMEWORK::read_from_config_file(DISK_MANAGER* disk) {

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -16,6 +17,8 @@
 namespace {
 
 constexpr std::size_t MESSAGE_SIZE = 256;
+
+std::atomic<MESSAGE_BOX> message_box{nullptr};
 
 // Only these two: closing or flushing any other stream could wait for a thread that holds it.
 void flush_output() {
@@ -68,6 +71,14 @@ void display_message(const char* title, const char* text, unsigned char) {
     copy_as_line(title_line, title);
     copy_as_line(text_line, text);
     std::fprintf(stderr, "%s: %s\n", title_line, text_line);
+    if (const MESSAGE_BOX box = message_box) {
+        KVCORE::copy_text_field(text_line, text);
+        box(title_line, text_line);
+    }
+}
+
+void set_message_box(MESSAGE_BOX box) {
+    message_box = box;
 }
 
 void handle_assert(const char* message, const char* condition) {

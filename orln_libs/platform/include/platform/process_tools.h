@@ -15,9 +15,15 @@ class DISK_MANAGER;
 // Writes to standard output, unchanged. Null is ignored.
 void write_to_console(const char* text);
 
-// Tells the user something. Until the process has windows this is a line "title: text" on standard
-// error. Each text is cut to 255 characters; a null text does nothing. The flag has no effect.
+// Tells the user something: a line "title: text" on standard error, and a message box that waits
+// for the user where the process has opened a display (window_platform.h). Each text is cut to 255
+// characters; a null text does nothing. The flag has no effect.
 void display_message(const char* title, const char* text, unsigned char flag);
+
+// What display_message() shows its box with, null for none. Gets both texts cut, line feeds in
+// place, and returns whether it could show them. The window layer installs it.
+using MESSAGE_BOX = bool (*)(const char* title, const char* text);
+void set_message_box(MESSAGE_BOX box);
 
 // Reports a failed assertion through display_message() and returns. `condition` may be null; with
 // a null `message` nothing happens.

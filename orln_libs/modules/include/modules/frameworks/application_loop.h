@@ -8,11 +8,11 @@
 #include <atomic>
 #include <cstdint>
 
+#include "platform/window_platform.h"  // events_something_done
+
 // The loop leaves at its next test once this is set. Set by the update itself, and from a signal
 // handler when the user interrupts the program.
 extern std::atomic<bool> window_aborted;
-// Set by whatever changed something that the user sees; makes the next update follow at once.
-extern bool events_something_done;
 
 // Runs the whole life of the program: starts the core library, calls `create` (the program's
 // ORLN_APPLICATION::create), runs the loop, destroys the application. Yields the exit code: the
