@@ -48,12 +48,11 @@ void DOWNLOAD_PAGE::monitor() {
         all_downloaded = true;
         return;
     }
-    show_current_add_on();
-    show_progress();
+    show_current_add_on(progress);
+    show_progress(progress);
 }
 
-void DOWNLOAD_PAGE::show_progress() {
-    const AUTOPATCH_PROGRESS progress = AUTOPATCH_SYSTEM::get_instance()->get_progress();
+void DOWNLOAD_PAGE::show_progress(const AUTOPATCH_PROGRESS& progress) {
     const std::uint32_t now = get_ms_count();
     const bool due = now - shown_ms >= (on_terminal ? 100 : LINE_INTERVAL_MS);
     if (progress.progress_percent == shown_percent || (!due && shown_percent >= 0)) {
@@ -68,8 +67,7 @@ void DOWNLOAD_PAGE::show_progress() {
     shown_ms = now;
 }
 
-void DOWNLOAD_PAGE::show_current_add_on() {
-    const AUTOPATCH_PROGRESS progress = AUTOPATCH_SYSTEM::get_instance()->get_progress();
+void DOWNLOAD_PAGE::show_current_add_on(const AUTOPATCH_PROGRESS& progress) {
     if (progress.current_add_on == nullptr) {
         return;
     }

@@ -281,7 +281,6 @@ class Kill(WorldTest):
         world.publish(2, size=3000000)
         world.wait_for(lambda: "new catalogue" in world.read_server_log())
         duration = world.run_launcher().seconds
-        outcomes = {}
         for _ in range(int(os.environ.get("KV_KILLS", "50"))):
             shutil.rmtree(world.user)
             shutil.copytree(keep, world.user)
@@ -291,11 +290,8 @@ class Kill(WorldTest):
             process.kill()
             process.communicate()
             result = world.run_launcher()
-            version = result.started_version()
-            self.assertEqual("2", version, "killed after %.3f s:\n%s" % (moment, result.output))
-            # And without a server too, whatever the kill left behind.
-            outcomes[version] = outcomes.get(version, 0) + 1
-        self.assertEqual({"2": sum(outcomes.values())}, outcomes)
+            self.assertEqual("2", result.started_version(),
+                             "killed after %.3f s:\n%s" % (moment, result.output))
 
     def test_kill_and_then_no_server_starts_the_newest_complete_client(self):
         world = self.world

@@ -95,8 +95,7 @@ class Update(WorldTest):
         write_text(os.path.join(folder, "data.txt"), "%s version %d\n" % (name, version))
         world.publish(version, folder, type="misc", path=name, parent="match3d")
 
-    def test_archives_of_other_tools_and_bundles_start(self):
-        """A client in a bundle starts, and settings of the launcher are kept."""
+    def test_client_in_a_bundle_starts(self):
         world = self.world
         folder = world.make_client(2)
         bundle = os.path.join(folder, "game.app", "Contents", "Linux")

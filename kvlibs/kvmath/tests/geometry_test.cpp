@@ -26,15 +26,11 @@ using namespace KVMATH;
 using TEST::near;
 using TEST::RANDOM;
 using TEST::real;
+using TEST::vec;
 
 template <typename T>
 class geometry : public testing::Test {};
 TYPED_TEST_SUITE(geometry, TEST::SCALARS);
-
-template <typename T>
-VECTOR3_BASE<T> vec(double x, double y, double z) {
-    return {T(x), T(y), T(z)};
-}
 
 template <typename T>
 double distance(const VECTOR3_BASE<T>& a, const VECTOR3_BASE<T>& b) {

@@ -76,5 +76,12 @@ testing::AssertionResult near(const VECTOR3_BASE<T>& a, const VECTOR3_BASE<T>& b
                                        << testing::PrintToString(b) << " differ by " << worst;
 }
 
+// A vector from plain numbers.
+template <typename T>
+VECTOR3_BASE<T> vec(double x, double y, double z) {
+    return {T(x), T(y), T(z)};
+}
+
 }  // namespace TEST
+
 }  // namespace KVMATH

@@ -22,15 +22,11 @@ using namespace KVMATH;
 using TEST::near;
 using TEST::RANDOM;
 using TEST::real;
+using TEST::vec;
 
 template <typename T>
 class volumes : public testing::Test {};
 TYPED_TEST_SUITE(volumes, TEST::SCALARS);
-
-template <typename T>
-VECTOR3_BASE<T> vec(double x, double y, double z) {
-    return {T(x), T(y), T(z)};
-}
 
 template <typename T>
 AABB_BASE<T> get_random_box(RANDOM& random, double size) {

@@ -9,6 +9,7 @@
 #include <string>
 
 class LAUNCHER;
+struct AUTOPATCH_PROGRESS;
 
 class DOWNLOAD_PAGE {
 public:
@@ -18,8 +19,8 @@ public:
     void monitor();
 
 private:
-    void show_progress();
-    void show_current_add_on();
+    void show_progress(const AUTOPATCH_PROGRESS& progress);
+    void show_current_add_on(const AUTOPATCH_PROGRESS& progress);
     void set_all_downloaded();
     void check_for_return();
 
