@@ -1,6 +1,7 @@
 // Keyboard, mouse and clipboard, by themselves and from the event queue.
 #include "platform/debug_stream.h"
 #include "platform/global_input.h"
+#include "platform/orln_string.h"
 #include "platform/process_tools.h"
 #include "window_fixture.h"
 
@@ -278,6 +279,22 @@ TEST_F(MOUSE_TEST, EventsAreTranslated) {
     EXPECT_EQ(main, application.focal);
 }
 
+TEST_F(MOUSE_TEST, QuickClickIsSeenDownAndUp) {
+    open(0, 200, 100);
+    const std::uint32_t id = last_id();
+    settle();
+    // All of it waits when the application comes to look.
+    take_after({motion(id, 5, 6), button(id, SDL_BUTTON_LEFT, true, 5, 6),
+                button(id, SDL_BUTTON_LEFT, false, 5, 6), motion(id, 90, 6)},
+               0);
+    EXPECT_TRUE(MOUSE::is_down(MOUSE_BUTTON_LEFT));
+    process_os_events();
+    EXPECT_EQ(0, MOUSE::buttons);
+    EXPECT_EQ(5, MOUSE::x) << "it is released where it was";
+    process_os_events();
+    EXPECT_EQ(90, MOUSE::x);
+}
+
 TEST_F(MOUSE_TEST, PointerBelongsToTheFocalOrAFloatingWindow) {
     open(0, 200, 100);
     const std::uint32_t main_id = last_id();
@@ -340,6 +357,17 @@ TEST_F(CLIPBOARD_TEST, TextsPassInTheSystemsEncoding) {
     get_clipboard_text(nullptr, 10);
     get_clipboard_text(buffer, 0);
     EXPECT_TRUE(is_text_in_clipboard());
+}
+
+TEST_F(CLIPBOARD_TEST, StringsOfAnyLengthPass) {
+    ORLN_STRING text(std::string(20'000, '\xE9').c_str());
+    text.copy_into_clipboard();
+    ORLN_STRING other("before");
+    other.copy_from_clipboard();
+    EXPECT_TRUE(other == text) << other.get_length();
+    set_clipboard_text("");
+    other.copy_from_clipboard();
+    EXPECT_TRUE(other.is_empty());
 }
 
 // The box is shown by the hook alone, and only after the line on standard error.

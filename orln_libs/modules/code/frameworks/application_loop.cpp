@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <ctime>
 
 #include "kvcore/log_manager.h"
 #include "modules/frameworks/kvcore_startup.h"
@@ -30,13 +29,11 @@ void install_signal_handlers() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+// The user's input ends the wait, so that it is answered at once.
 void wait_for_next_update() {
-    if (timer_rate_ms == 0) {
-        return;
+    if (timer_rate_ms != 0) {
+        wait_for_events(timer_rate_ms);
     }
-    const timespec wait = {static_cast<std::time_t>(timer_rate_ms / 1000),
-                           static_cast<long>(timer_rate_ms % 1000) * 1000000};
-    ::nanosleep(&wait, nullptr);
 }
 
 }  // namespace
@@ -74,10 +71,12 @@ int run_application(int argc, char** argv, void (*create)(short argc, char** arg
         update_game();
         if (!window_aborted) {
             wait_for_next_update();
+            process_os_events();
         }
     }
     window_aborted = true;
     ORLN_APPLICATION::shutdown();
+    stop_window_platform();
     shutdown_kvcore();
     return result.get_code();
 }

@@ -4,6 +4,7 @@
 
 #include "kvcore/text_field.h"
 #include "modules/winman/image_box.h"
+#include "modules/winman/wm_dialog.h"
 #include "platform/colour.h"
 #include "platform/image.h"
 
@@ -19,6 +20,8 @@ CLIENT_FRAMEWORK::CLIENT_FRAMEWORK(const char* config_name, FOLDER_ID folder)
     IMAGE::chiseled_light_blend_value = 0.15;
     IMAGE::chiseled_dark_blend_value = -0.1;
     IMAGE_BOX::store_local_result = true;
+    WM_DIALOG::grey_background = false;
+    WM_DIALOG::darken_background = false;
 }
 
 void CLIENT_FRAMEWORK::read_from_config_file(DISK_MANAGER* disk) {

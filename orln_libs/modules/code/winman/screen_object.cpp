@@ -12,6 +12,7 @@
 #include "platform/process_tools.h"
 
 std::uint32_t WM_SCREEN_OBJECT::now_ms = 0;
+std::uint32_t (*WM_SCREEN_OBJECT::millisecond_clock)() = get_ms_count;
 std::uint16_t WM_SCREEN_OBJECT::flashing_flags = 0;
 std::int16_t WM_SCREEN_OBJECT::hint_delay_time = 500;
 std::int16_t WM_SCREEN_OBJECT::object_effects_delay = 200;
@@ -376,7 +377,7 @@ WM_MESG WM_SCREEN_OBJECT::monitor_right_button(WM_WINDOW_INFO& info) {
 // --- Time ---
 
 void WM_SCREEN_OBJECT::update_now_ms() {
-    now_ms = get_ms_count();
+    now_ms = millisecond_clock();
 }
 
 std::uint16_t WM_SCREEN_OBJECT::compute_flashing_flags(std::uint32_t ms) {

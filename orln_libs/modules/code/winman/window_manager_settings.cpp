@@ -63,9 +63,10 @@ void WM_WINDOW_MANAGER::read_program_settings() {
 
     const std::int32_t absent = -1;
     std::int32_t depth = absent, rate = absent, width = absent, height = absent;
-    const bool stored = read_number("SCREEN_COLOUR_DEPTH", depth) &
-                        read_number("SCREEN_REFRESH_RATE", rate) &
-                        read_number("SCREEN_WIDTH", width) & read_number("SCREEN_HEIGHT", height);
+    bool stored = read_number("SCREEN_COLOUR_DEPTH", depth);
+    stored = read_number("SCREEN_REFRESH_RATE", rate) && stored;
+    stored = read_number("SCREEN_WIDTH", width) && stored;
+    stored = read_number("SCREEN_HEIGHT", height) && stored;
     if (!stored || display_mode != FULL_SCREEN) {
         return;
     }

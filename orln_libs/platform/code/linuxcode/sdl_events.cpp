@@ -317,6 +317,10 @@ bool is_input(std::uint32_t type) {
            (type >= SDL_MOUSEMOTION && type <= SDL_MOUSEWHEEL);
 }
 
+bool is_button(std::uint32_t type) {
+    return type == SDL_MOUSEBUTTONDOWN || type == SDL_MOUSEBUTTONUP;
+}
+
 void take_event(WINDOW_SYSTEM& system, const SDL_Event& event) {
     if (is_input(event.type)) {
         GLOBAL_INPUT::record_input(get_ms_count());
@@ -365,15 +369,20 @@ void forget_held_keys(WINDOW_SYSTEM& system) {
 }  // namespace
 
 void process_os_events() {
-    WINDOW_SYSTEM* system = &WINDOW_SYSTEM::open();
+    WINDOW_SYSTEM* system = WINDOW_SYSTEM::find();
+    if (!system) {
+        return;
+    }
     bool lost_focus = false;
     SDL_Event event;
     SDL_PumpEvents();
     // A round takes what is waiting now: an application that answers an event with another one
-    // isn't kept here.
+    // isn't kept here. It ends with a mouse button: the toolkit looks at the buttons once a round,
+    // and a click that comes and goes between two looks would be lost.
     int left = SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT);
     while (system && left-- > 0 &&
            SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0) {
+        left = is_button(event.type) ? 0 : left;
         lost_focus = lost_focus || (event.type == SDL_WINDOWEVENT &&
                                     event.window.event == SDL_WINDOWEVENT_FOCUS_LOST);
         take_event(*system, event);

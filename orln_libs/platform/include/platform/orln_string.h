@@ -65,6 +65,11 @@ public:
     // Negative, 0 or positive, with accented letters as their plain ones.
     std::int32_t compare_7bit(const ORLN_STRING& other, bool case_sensitive) const;
 
+    // The desktop's clipboard (window_platform.h); for the main thread. Copying from one without
+    // text leaves the string empty.
+    void copy_into_clipboard() const;
+    void copy_from_clipboard();
+
     // As the dynamic text of a DATA_DEVICE: a 4-byte count and the bytes. A failed read leaves the
     // string empty.
     unsigned char get_from_data_device(const DATA_DEVICE& device) override;

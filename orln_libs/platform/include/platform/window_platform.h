@@ -36,8 +36,9 @@ bool has_display();
 // Set when something reached the screen; the periodic update clears it.
 extern bool events_something_done;
 
-// Takes all waiting events: KEYBOARD, MOUSE and GLOBAL_INPUT follow, and the application's
-// WINDOW_EVENTS are called. May be called again from within them. Never waits.
+// Takes the waiting events up to a mouse button that goes down or up, which the application is to
+// see before the next: KEYBOARD, MOUSE and GLOBAL_INPUT follow, and the application's WINDOW_EVENTS
+// are called. May be called again from within them. Never waits, and doesn't open the display.
 void process_os_events();
 // Sleeps until an event waits or the time is over. Takes none.
 void wait_for_events(std::uint32_t timeout_ms);

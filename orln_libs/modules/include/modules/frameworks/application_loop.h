@@ -1,7 +1,8 @@
 // The process entry and the periodic update of every program of the family.
 //
 // One main thread calls ORLN_APPLICATION::monitor in a steady rhythm until the application or the
-// user asks to stop. `window_aborted` is the process's one stop signal.
+// user asks to stop, and takes the window system's events between two calls; an event calls monitor
+// early. `window_aborted` is the process's one stop signal.
 #ifndef MODULES_FRAMEWORKS_APPLICATION_LOOP_H
 #define MODULES_FRAMEWORKS_APPLICATION_LOOP_H
 
@@ -15,8 +16,8 @@
 extern std::atomic<bool> window_aborted;
 
 // Runs the whole life of the program: starts the core library, calls `create` (the program's
-// ORLN_APPLICATION::create), runs the loop, destroys the application. Yields the exit code: the
-// core library's failure, else 0.
+// ORLN_APPLICATION::create), runs the loop, destroys the application, closes the display if the
+// application opened it. Yields the exit code: the core library's failure, else 0.
 int run_application(int argc, char** argv, void (*create)(short argc, char** argv));
 
 // The periodic update: one call of the application's monitor. Sets window_aborted from its result

@@ -57,6 +57,10 @@ public:
     // has that size.
     bool is_in_it(std::int16_t x, std::int16_t y, std::int16_t width, std::int16_t height) const;
 
+    // The size of a piece as it was loaded; 0 for null.
+    std::int32_t natural_width(const IMAGE* piece) const;
+    std::int32_t natural_height(const IMAGE* piece) const;
+
     // The cache's operation of that name on each image of the box. The box gets images of its own
     // where they are shared, unless the cache recolours in place.
     void make_grey();
@@ -90,8 +94,6 @@ private:
     struct DIVISION;
 
     static DIVISION divide(std::int32_t size, std::int32_t first, std::int32_t last);
-    std::int32_t natural_width(const IMAGE* piece) const;
-    std::int32_t natural_height(const IMAGE* piece) const;
     void resize_piece(IMAGE*& piece, std::int32_t width, std::int32_t height);
     void draw_picture(const AREA& area, IMAGE& target, IMAGE_COPY_TYPE copy_type);
     void draw_nine(const AREA& area, IMAGE& target, IMAGE_COPY_TYPE copy_type);

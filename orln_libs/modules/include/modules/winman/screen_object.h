@@ -215,11 +215,12 @@ public:
     bool allowed_focus = false;
     std::uint32_t last_focus_time = 0;  // now_ms of the last tick with the focus; 0: never
 
-    static std::uint32_t now_ms;               // the toolkit's clock, taken once per tick
-    static std::uint16_t flashing_flags;       // blink phases, see compute_flashing_flags
-    static bool checking_modal_redraw;         // modal objects are being redrawn
-    static std::int16_t hint_delay_time;       // in milliseconds
-    static std::int16_t object_effects_delay;  // in milliseconds
+    static std::uint32_t now_ms;                  // the toolkit's clock, taken once per tick
+    static std::uint32_t (*millisecond_clock)();  // where it is taken from: get_ms_count
+    static std::uint16_t flashing_flags;          // blink phases, see compute_flashing_flags
+    static bool checking_modal_redraw;            // modal objects are being redrawn
+    static std::int16_t hint_delay_time;          // in milliseconds
+    static std::int16_t object_effects_delay;     // in milliseconds
     static COLOUR outline_colour, border_colour;
 
     // The blink phases at a time: even bits are square waves, odd bits short pulses, each pair of

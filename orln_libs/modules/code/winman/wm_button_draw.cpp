@@ -1,0 +1,250 @@
+// The picture of a button.
+#include "active_area.h"
+#include "modules/winman/focus_tools.h"
+#include "modules/winman/label_drawing.h"
+#include "modules/winman/wm_button.h"
+#include "platform/font_manager.h"
+#include "platform/image.h"
+
+namespace {
+
+struct FLAG_PAIR {
+    BUTTON_FLAG button;
+    LABEL_FLAG label;
+};
+
+constexpr FLAG_PAIR LABEL_FLAGS[] = {
+    {BUTTON_LEFT_JUSTIFY_TEXT, LABEL_LEFT_JUSTIFY_TEXT},
+    {BUTTON_RIGHT_JUSTIFY_TEXT, LABEL_RIGHT_JUSTIFY_TEXT},
+    {BUTTON_TOP_ALIGN_TEXT, LABEL_TOP_ALIGN_TEXT},
+    {BUTTON_BOTTOM_ALIGN_TEXT, LABEL_BOTTOM_ALIGN_TEXT},
+    {BUTTON_SHADOW_TEXT, LABEL_SHADOW_TEXT},
+    {BUTTON_INSET_TEXT, LABEL_INSET_TEXT},
+    {BUTTON_ICON_LEFT, LABEL_ICON_LEFT},
+    {BUTTON_ICON_RIGHT, LABEL_ICON_RIGHT},
+    {BUTTON_ICON_TOP, LABEL_ICON_TOP},
+    {BUTTON_ICON_BOTTOM, LABEL_ICON_BOTTOM},
+    {BUTTON_ICON_ATTACH_TO_TEXT, LABEL_ICON_ATTACH_TO_TEXT},
+    {BUTTON_WRAP_TEXT, LABEL_WRAP_TEXT},
+};
+
+// Disabled text is this much fainter.
+constexpr int DISABLED_ALPHA_DIVISOR = 4;
+// The right arrow keeps this distance from the edge.
+constexpr int RIGHT_ARROW_GAP = 3;
+
+std::int16_t short_of(std::int32_t value) {
+    return static_cast<std::int16_t>(value);
+}
+
+}  // namespace
+
+void WM_BUTTON::draw_object() {
+    IMAGE* buffer = get_back_buffer(-1);
+    if (buffer == nullptr) {
+        return;
+    }
+    {
+        const SAVED_ACTIVE_AREA saved(buffer);
+        buffer->add_rect_to_active_area(x, y, x + width - 1, y + height - 1);
+        if ((button_flags & BUTTON_OWNER_SHADING) == 0) {
+            shading_flags = short_of((shading_flags & ~BUTTON_SHADING_PRESSED) |
+                                     (pressed ? BUTTON_SHADING_PRESSED : 0));
+        }
+        if (is_graphical()) {
+            get_current_box().draw(x, y, short_of(x + width - 1), short_of(y + height - 1), buffer,
+                                   (button_flags & BUTTON_DONT_RESIZE_IMAGE) == 0,
+                                   IMAGE_COPY_BLEND);
+        } else {
+            draw_background(*buffer);
+        }
+        const std::int32_t offset =
+            enabled && (shading_flags & BUTTON_SHADING_SHIFT) && is_shaded() ? 1 : 0;
+        draw_label(*buffer, offset);
+        draw_active_mark(*buffer, offset);
+        draw_arrows(offset);
+        if (is_focused() && !has_focus_look()) {
+            draw_focus_frame(*this, highlight.is_set() ? highlight : get_text_colour());
+        }
+    }
+    if (checking_modal_redraw && dragging) {
+        draw_dragged(*buffer);
+    }
+}
+
+// The pressed state of the drawing, which the owner may have taken over.
+bool WM_BUTTON::is_shaded() const {
+    return (button_flags & BUTTON_OWNER_SHADING) ? (shading_flags & BUTTON_SHADING_PRESSED) != 0
+                                                 : pressed;
+}
+
+// The style tells the focus by its looks under the pointer.
+bool WM_BUTTON::has_focus_look() const {
+    if (mouse_over_text.is_set() || (mouse_over_underline.is_set() && callback != nullptr)) {
+        return true;
+    }
+    return is_graphical() ? over_box.are_images_valid() && mouseovers_enabled : mouse_over.is_set();
+}
+
+COLOUR WM_BUTTON::get_background_colour() const {
+    COLOUR colour = is_hot() && mouse_over.is_set() ? mouse_over : bg;
+    if (activated && active_mark[0] == '\0') {
+        colour = active_bg;
+    }
+    if (pressed && highlight.is_set()) {
+        colour = highlight;
+    }
+    return flashing && flashing_bg.is_set() ? flashing_bg : colour;
+}
+
+COLOUR WM_BUTTON::get_text_colour() const {
+    COLOUR colour = text;
+    if (activated && active_mark[0] == '\0' && active_text.is_set()) {
+        colour = active_text;
+    }
+    if (pressed && highlight_text.is_set()) {
+        colour = highlight_text;
+    }
+    if (flashing && flashing_text.is_set()) {
+        colour = flashing_text;
+    }
+    if (is_hot() && mouse_over_text.is_set()) {
+        colour = mouse_over_text;
+    }
+    return enabled ? colour
+                   : colour.with_alpha(
+                         static_cast<unsigned char>(colour.alpha() / DISABLED_ALPHA_DIVISOR));
+}
+
+COLOUR WM_BUTTON::get_underline_colour() const {
+    if (callback == nullptr) {
+        return COLOUR_INVISIBLE;
+    }
+    return is_hot() && mouse_over_underline.is_set() ? mouse_over_underline : underline;
+}
+
+const char* WM_BUTTON::get_shown_text() const {
+    const bool blinks = flashing && flash_text.get_str_length() > 0;
+    return blinks ? flash_text.value.string_value : static_cast<const char*>(title);
+}
+
+// The first valid one of those that fit the state.
+IMAGE_BOX& WM_BUTTON::get_current_box() {
+    const bool shaded = (shading_flags & BUTTON_SHADING_PRESSED) != 0;
+    const bool hot = is_hot() && mouseovers_enabled;
+    const struct {
+        bool applies;
+        IMAGE_BOX& box;
+    } states[] = {
+        {flashing, flashing_box},
+        {pressed, highlighted_box},
+        {activated && !enabled, active_disabled_box},
+        {activated && shaded, active_down_box},
+        {activated && hot, active_over_box},
+        {activated, active_up_box},
+        {!enabled, disabled_box},
+        {shaded, down_box},
+        {hot, over_box},
+    };
+    for (const auto& state : states) {
+        if (state.applies && state.box.are_images_valid()) {
+            return state.box;
+        }
+    }
+    return up_box;
+}
+
+void WM_BUTTON::draw_background(IMAGE& target) {
+    const COLOUR colour = get_background_colour();
+    if (!colour.is_set()) {
+        return;
+    }
+    const std::int32_t x2 = x + width - 1, y2 = y + height - 1;
+    const bool fades = !(pressed && highlight.is_set());
+    if (fades && (button_flags & BUTTON_HFADED_BACKGROUND)) {
+        target.fill_hfaded_rect(x, y, x2, y2, colour, fading);
+    } else if (fades && (button_flags & BUTTON_VFADED_BACKGROUND)) {
+        target.fill_vfaded_rect(x, y, x2, y2, colour, fading);
+    } else {
+        target.fill_rect(x, y, x2, y2, colour, 1);
+    }
+}
+
+void WM_BUTTON::draw_label(IMAGE& target, std::int32_t offset) {
+    LABEL_DRAWING label;
+    label.x = x;
+    label.y = y;
+    label.width = width;
+    label.height = height;
+    for (const FLAG_PAIR& pair : LABEL_FLAGS) {
+        label.flags |= (button_flags & pair.button) ? pair.label : 0u;
+    }
+    if (!enabled) {
+        label.flags &= ~static_cast<std::uint32_t>(LABEL_SHADOW_TEXT | LABEL_INSET_TEXT);
+    }
+    label.text = get_shown_text();
+    label.text_colour = get_text_colour();
+    label.underline = get_underline_colour();
+    label.font = font;
+    label.font_x_size = font_x_sz;
+    label.font_y_size = font_y_sz;
+    label.left_gap = left_gap;
+    label.right_gap = right_gap;
+    label.top_gap = top_gap;
+    label.bottom_gap = bottom_gap;
+    label.reserved_left = reserved_left;
+    label.reserved_right = reserved_right;
+    label.reserved_top = reserved_top;
+    label.reserved_bottom = reserved_bottom;
+    label.icon = &icon;
+    label.icon_x_spacing = icon_x_spacing;
+    label.icon_y_spacing = icon_y_spacing;
+    label.offset = offset;
+    label.draw(target);
+    icon_left = short_of(label.icon_left);
+    icon_right = short_of(label.icon_right);
+    if (label.was_cut && !hint.is_set()) {
+        hint_is_cut_text = set_hint_text(label.text);
+    }
+}
+
+void WM_BUTTON::draw_active_mark(IMAGE& target, std::int32_t offset) {
+    if (!activated || active_mark[0] == '\0') {
+        return;
+    }
+    const COLOUR colour = get_text_colour();
+    const std::int32_t mark_x = x + left_gap - get_text_width(active_mark) + offset;
+    const std::int32_t mark_y = y + (height - font_y_sz) / 2 - bottom_gap + offset;
+    for (std::int32_t shift = enabled ? 0 : 1; shift >= 0; --shift) {
+        target.process_and_render_string(mark_x + shift, mark_y + shift, colour, COLOUR_INVISIBLE,
+                                         COLOUR_INVISIBLE, font, font_x_sz, font_y_sz, active_mark,
+                                         0);
+    }
+}
+
+void WM_BUTTON::draw_arrows(std::int32_t offset) {
+    const std::int32_t half = height / 2;
+    const std::int32_t right = x + width - 1;
+    const struct {
+        BUTTON_FLAG flag;
+        SCROBJ_ARROW_TYPE type;
+        std::int32_t x1, x2;
+    } arrows[] = {
+        {BUTTON_LEFT_ARROW, SCROBJ_ARROW_LEFT, x, x + half - 1},
+        {BUTTON_RIGHT_ARROW, SCROBJ_ARROW_RIGHT, right - RIGHT_ARROW_GAP - half + 1,
+         right - RIGHT_ARROW_GAP},
+        {BUTTON_UP_ARROW, SCROBJ_ARROW_UP, right - height + 1, right},
+        {BUTTON_DOWN_ARROW, SCROBJ_ARROW_DOWN, right - height + 1, right},
+    };
+    for (const auto& arrow : arrows) {
+        if ((button_flags & arrow.flag) == 0) {
+            continue;
+        }
+        for (std::int32_t shift = enabled ? 0 : 1; shift >= 0; --shift) {
+            const std::int32_t by = shift + offset;
+            draw_arrow(short_of(arrow.x1 + by), short_of(y + by), short_of(arrow.x2 + by),
+                       short_of(y + height - 1 + by), get_text_colour(), arrow.type, enabled, -1,
+                       -1);
+        }
+    }
+}

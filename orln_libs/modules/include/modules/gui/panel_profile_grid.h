@@ -1,0 +1,17 @@
+// PANEL_PROFILE_GRID: a PROFILE_GRID with the looks of panels.
+#ifndef MODULES_GUI_PANEL_PROFILE_GRID_H
+#define MODULES_GUI_PANEL_PROFILE_GRID_H
+
+#include "modules/gui/profile_grid.h"
+
+class PANEL_PROFILE_GRID : public PROFILE_GRID {
+public:
+    PANEL_PROFILE_GRID(std::int16_t x1, std::int16_t y1, std::int16_t x2, std::int16_t y2,
+                       signed char mode_, std::int16_t columns, const std::int16_t* layout,
+                       std::int16_t fill_rows, WM_CALLBACK callback_, void* data1, void* data2,
+                       signed char window_)
+        : PROFILE_GRID(x1, y1, x2, y2, mode_, columns, layout, fill_rows, "PANEL", callback_, data1,
+                       data2, window_) {}
+};
+
+#endif  // MODULES_GUI_PANEL_PROFILE_GRID_H
