@@ -1,0 +1,23 @@
+# How much is done. The text stands on the bar.
+name
+	DIALOG_PROGRESS_BAR
+image_filename
+	progress
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink
+font_name
+	Inter-Medium
+border_left_gap
+	4
+border_top_gap
+	8
+border_right_gap
+	4
+border_bottom_gap
+	8
+pb_only_draw_bar
+	1

@@ -1,0 +1,25 @@
+# Leaves the dialog, or stops what is going on.
+name
+	DIALOG_BUTTON_CANCEL
+image_filename
+	button_plain
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink
+shading_flags
+	16
+font_name
+	Inter-Medium
+border_left_gap
+	22
+border_top_gap
+	8
+border_right_gap
+	22
+border_bottom_gap
+	8
+draw_border
+	1

@@ -1,0 +1,25 @@
+# "No": nothing is done.
+name
+	DIALOG_BUTTON_NEGATIVE_ACTION
+image_filename
+	button_plain
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink
+shading_flags
+	16
+font_name
+	Inter-Medium
+border_left_gap
+	22
+border_top_gap
+	8
+border_right_gap
+	22
+border_bottom_gap
+	8
+draw_border
+	1

@@ -1,0 +1,25 @@
+# To the next page of a sequence.
+name
+	DIALOG_BUTTON_NEXT
+image_filename
+	button_main
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$on_accent
+shading_flags
+	16
+font_name
+	Inter-Medium
+border_left_gap
+	22
+border_top_gap
+	8
+border_right_gap
+	22
+border_bottom_gap
+	8
+draw_border
+	1

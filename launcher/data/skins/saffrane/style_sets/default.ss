@@ -1,0 +1,69 @@
+# What the other style sets have where they say nothing.
+name
+	DEFAULT
+image_filename
+	
+image_path
+	$HERE
+fg_colour
+	$ink
+bg_colour
+	#00000000
+highlight_colour
+	#00000000
+highlight_text_colour
+	#00000000
+active_colour
+	#00000000
+active_text_colour
+	#00000000
+mouse_over_colour
+	#00000000
+mouse_over_text_colour
+	#00000000
+flashing_colour
+	#00000000
+flashing_text_colour
+	#00000000
+underline_colour
+	#00000000
+mouse_over_underline_colour
+	#00000000
+fading_colour
+	#00000000
+visible
+	1
+shading_flags
+	0
+font_name
+	Inter-Regular
+font_x_sz
+	13
+font_y_sz
+	13
+border_left_gap
+	0
+border_top_gap
+	0
+border_right_gap
+	0
+border_bottom_gap
+	0
+cell_left_gap
+	0
+cell_top_gap
+	0
+cell_right_gap
+	0
+cell_bottom_gap
+	0
+x_spacing
+	0
+y_spacing
+	0
+scrollbar_button_width
+	14
+scrollbar_slider_width
+	28
+grid_scrollbar_width
+	16

@@ -1,0 +1,19 @@
+# The frame of a dialog. Its gaps are the shadow and the room inside.
+name
+	DIALOG_BACKGROUND
+image_filename
+	dialog
+image_path
+	$HERE
+border_left_gap
+	32
+border_top_gap
+	29
+border_right_gap
+	26
+border_bottom_gap
+	30
+x_spacing
+	6
+y_spacing
+	6

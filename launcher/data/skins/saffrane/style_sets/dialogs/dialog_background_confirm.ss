@@ -1,0 +1,21 @@
+# The frame of a question.
+name
+	DIALOG_BACKGROUND_CONFIRM
+image_filename
+	dialog_confirm
+image_path
+	$HERE
+recolourable
+	0
+border_left_gap
+	32
+border_top_gap
+	29
+border_right_gap
+	26
+border_bottom_gap
+	30
+x_spacing
+	6
+y_spacing
+	6

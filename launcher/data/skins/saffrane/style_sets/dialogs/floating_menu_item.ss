@@ -1,0 +1,23 @@
+# A line of a menu.
+name
+	FLOATING_MENU_ITEM
+image_filename
+	menu_item
+image_path
+	$HERE
+recolourable
+	0
+mouse_over_text_colour
+	$ink
+border_left_gap
+	10
+border_top_gap
+	5
+border_right_gap
+	18
+border_bottom_gap
+	6
+left_justify_text
+	1
+dont_mask_click
+	1

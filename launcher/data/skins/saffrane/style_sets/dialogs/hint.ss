@@ -1,0 +1,23 @@
+# A tool tip.
+name
+	HINT
+image_filename
+	hint
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$hint_ink
+font_x_sz
+	12
+font_y_sz
+	12
+border_left_gap
+	13
+border_top_gap
+	10
+border_right_gap
+	13
+border_bottom_gap
+	9

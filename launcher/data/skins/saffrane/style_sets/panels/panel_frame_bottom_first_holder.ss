@@ -1,0 +1,15 @@
+# The lower left corner of a row that holds objects.
+name
+	PANEL_FRAME_BOTTOM_FIRST_HOLDER
+image_filename
+	frame_bottom_first_holder
+image_path
+	$HERE
+border_left_gap
+	4
+border_top_gap
+	0
+border_right_gap
+	4
+border_bottom_gap
+	0

@@ -1,0 +1,27 @@
+# The last sub-tab while it is selected.
+name
+	PANEL_FRAME_SUB_LAST_SELECTED
+image_filename
+	sub_tab_selected
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$accent_ink
+font_name
+	Inter-Medium
+font_x_sz
+	12
+font_y_sz
+	12
+border_left_gap
+	12
+border_top_gap
+	6
+border_right_gap
+	12
+border_bottom_gap
+	6
+dont_mask_click
+	1

@@ -1,0 +1,27 @@
+# The middle sub-tab.
+name
+	PANEL_FRAME_SUB_MID
+image_filename
+	sub_tab
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink_soft
+mouse_over_text_colour
+	$ink
+font_x_sz
+	12
+font_y_sz
+	12
+border_left_gap
+	12
+border_top_gap
+	6
+border_right_gap
+	12
+border_bottom_gap
+	6
+dont_mask_click
+	1

@@ -1,0 +1,23 @@
+# The last tab while it is selected.
+name
+	PANEL_FRAME_TAB_LAST_SELECTED
+image_filename
+	tab_selected
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink
+font_name
+	Inter-Medium
+border_left_gap
+	14
+border_top_gap
+	8
+border_right_gap
+	14
+border_bottom_gap
+	8
+dont_mask_click
+	1

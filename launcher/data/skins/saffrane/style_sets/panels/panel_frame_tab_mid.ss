@@ -1,0 +1,25 @@
+# The middle tab.
+name
+	PANEL_FRAME_TAB_MID
+image_filename
+	tab
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink_soft
+mouse_over_text_colour
+	$ink
+font_name
+	Inter-Medium
+border_left_gap
+	14
+border_top_gap
+	8
+border_right_gap
+	14
+border_bottom_gap
+	8
+dont_mask_click
+	1

@@ -1,0 +1,23 @@
+# The band with the title, the sub-tabs and the upper objects.
+name
+	PANEL_FRAME_TITLE
+image_filename
+	frame_title
+image_path
+	$HERE
+font_name
+	Inter-SemiBold
+font_x_sz
+	14
+font_y_sz
+	14
+border_left_gap
+	12
+border_top_gap
+	5
+border_right_gap
+	8
+border_bottom_gap
+	11
+x_spacing
+	8

@@ -1,0 +1,15 @@
+# The right end of the row of tabs.
+name
+	PANEL_FRAME_TOP_LAST
+image_filename
+	frame_top_last
+image_path
+	$HERE
+border_left_gap
+	4
+border_top_gap
+	0
+border_right_gap
+	4
+border_bottom_gap
+	0

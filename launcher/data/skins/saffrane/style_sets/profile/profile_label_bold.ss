@@ -1,0 +1,20 @@
+name
+	PROFILE_LABEL_BOLD
+image_filename
+	
+image_path
+	$HERE
+fg_colour
+	$ink
+font_name
+	Inter-SemiBold
+border_left_gap
+	10
+border_top_gap
+	5
+border_right_gap
+	12
+border_bottom_gap
+	5
+left_justify_text
+	1

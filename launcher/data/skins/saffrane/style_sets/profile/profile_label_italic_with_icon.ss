@@ -1,0 +1,22 @@
+name
+	PROFILE_LABEL_ITALIC_WITH_ICON
+image_filename
+	
+image_path
+	$HERE
+fg_colour
+	$ink_soft
+font_name
+	Inter-Italic
+border_left_gap
+	30
+border_top_gap
+	5
+border_right_gap
+	12
+border_bottom_gap
+	5
+icon_left
+	1
+left_justify_text
+	1

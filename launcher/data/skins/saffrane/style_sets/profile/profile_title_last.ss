@@ -1,0 +1,23 @@
+# The heading of the last column.
+name
+	PROFILE_TITLE_LAST
+image_filename
+	title_last
+image_path
+	$HERE
+recolourable
+	0
+fg_colour
+	$ink
+font_name
+	Inter-SemiBold
+border_left_gap
+	10
+border_top_gap
+	5
+border_right_gap
+	12
+border_bottom_gap
+	5
+left_justify_text
+	1

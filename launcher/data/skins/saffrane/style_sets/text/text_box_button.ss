@@ -1,0 +1,23 @@
+# A link in a text.
+name
+	TEXT_BOX_BUTTON
+image_filename
+	
+image_path
+	$HERE
+fg_colour
+	$accent_ink
+mouse_over_text_colour
+	$accent_dark
+underline_colour
+	$accent_dark
+mouse_over_underline_colour
+	$accent
+border_left_gap
+	0
+border_top_gap
+	2
+border_right_gap
+	0
+border_bottom_gap
+	3

@@ -1,0 +1,24 @@
+name
+	TEXT_BOX_WORD
+image_filename
+	
+image_path
+	$HERE
+fg_colour
+	$ink
+highlight_colour
+	$selection
+font_name
+	Inter-Regular
+font_x_sz
+	13
+font_y_sz
+	13
+border_left_gap
+	0
+border_top_gap
+	2
+border_right_gap
+	0
+border_bottom_gap
+	3
