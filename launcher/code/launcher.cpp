@@ -7,11 +7,14 @@
 #include "autopatch/add_ons_manager.h"
 #include "autopatch/autopatch_system.h"
 #include "kvcore/text_field.h"
-#include "launcher/download_page.h"
-#include "launcher/error_page.h"
-#include "modules/frameworks/application_loop.h"
+#include "launcher/console_view.h"
+#include "modules/3d/render_manager_3d.h"
+#include "modules/gui/text_box.h"
 #include "modules/threading/thread_pool.h"
+#include "modules/winman/window_manager.h"
+#include "modules/winman/wm_animation.h"
 #include "platform/application_identity.h"
+#include "platform/image.h"
 #include "platform/process_tools.h"
 
 LAUNCHER* LAUNCHER::instance = nullptr;
@@ -23,15 +26,19 @@ constexpr std::int32_t ENGINE_QUEUE_TYPE = 2;
 constexpr std::int32_t ENGINE_QUEUE_ID = -1;
 // Below the system's minimum: the pool's threads get the system's default.
 constexpr std::uint32_t THREAD_POOL_STACK_SIZE = 1024;
+constexpr const char* DEFAULT_SKIN = "saffrane";
 
 }  // namespace
 
-LAUNCHER::LAUNCHER(bool generate_mode_, bool generate_3d_)
+LAUNCHER::LAUNCHER(bool generate_mode_, bool generate_3d_,
+                   const LAUNCHER_TEST_OPTIONS& test_options)
     : CLIENT_FRAMEWORK("launcher.cfg", FOLDER_APPDATA),
       client_ready(false),
       launch_requested(false),
       auto_launch(false),
       exit_requested(false),
+      skin_loaded(false),
+      graphics_ready(false),
       patch_status(AUTOPATCH_DISCONNECTED),
       drawn_patch_status(0),
       drawn_connect_attempt(-1),
@@ -40,6 +47,10 @@ LAUNCHER::LAUNCHER(bool generate_mode_, bool generate_3d_)
       current_page(PAGE_NONE),
       requested_page(PAGE_NONE),
       application_abbreviated_name{},
+      skin_name{},
+      download_page(nullptr),
+      error_page(nullptr),
+      loading_skin(false),
       folder_name{},
       cluster_id{},
       check_patch_thread(true),
@@ -47,6 +58,10 @@ LAUNCHER::LAUNCHER(bool generate_mode_, bool generate_3d_)
       generate_mode(generate_mode_),
       generate_3d(generate_3d_) {
     instance = this;
+    lateness.set_file(test_options.lateness_file);
+    if (!test_options.picture_folder.empty() && !pictures.start(test_options.picture_folder)) {
+        exit_app(("There is no folder " + test_options.picture_folder).c_str());
+    }
     read_folder_names();
     LAUNCHER::initialise();
 }
@@ -66,25 +81,42 @@ LAUNCHER::~LAUNCHER() {
 
 void LAUNCHER::initialise() {
     DISK_MANAGER::use_local_add_ons_path = generate_mode;
+    if (!generate_mode) {
+        end_if_already_running();
+    }
+    TEXT_BOX::create_tag_object_callback = create_text_box_tag_object_callback;
+    make_client_folder();
+    KVCORE::copy_text_field(skin_name, DEFAULT_SKIN);
     if (generate_mode) {
-        display_message("Tessarine Launcher",
-                        "Generating the catalogue needs the skin, which this build can't load.", 0);
-        exit_app(nullptr);
+        generate_skin();
+    } else {
+        read_from_config_file(nullptr);
+        std::uint32_t value = 0;
+        auto_launch =
+            config.read(config.get_base_path(), "AUTO_LAUNCH", value, false) && value != 0;
+        exit_requested = skin_loaded = graphics_ready = false;
+        status_backdrop = std::make_unique<IMAGE>(STATUS_BOX_WIDTH, STATUS_BOX_HEIGHT);
+        requested_page = PAGE_SPLASH;
+        patch_finished = false;
+        open_view();
     }
-    end_if_already_running();
-
-    DISK_MANAGER add_ons;
-    if (!add_ons.goto_path(FOLDER_ADD_ONS) || !add_ons.move_down("client", true)) {
-        output_warning("The folder of client versions can't be made in %s",
-                       add_ons.get_path_string(nullptr));
-    }
-    read_from_config_file(nullptr);
-    std::uint32_t value = 0;
-    auto_launch = config.read(config.get_base_path(), "AUTO_LAUNCH", value, false) && value != 0;
-    exit_requested = false;
-    patch_finished = false;
-    requested_page = PAGE_SPLASH;
     startup_manual_singletons();
+}
+
+// Where the client's versions are installed. A user may have them read-only; a catalogue that can't
+// be written is no use.
+void LAUNCHER::make_client_folder() {
+    DISK_MANAGER add_ons;
+    const bool reached = add_ons.goto_path(FOLDER_ADD_ONS);
+    if (!reached && generate_mode) {
+        exit_app(
+            (std::string("Failed to get to a folder add_ons beside ") + add_ons.get_path_string())
+                .c_str());
+    }
+    if (!reached || !add_ons.move_down("client", true)) {
+        output_warning("The folder of client versions can't be made in %s",
+                       add_ons.get_path_string());
+    }
 }
 
 void LAUNCHER::end_if_already_running() {
@@ -103,19 +135,34 @@ void LAUNCHER::end_if_already_running() {
 }
 
 void LAUNCHER::startup_manual_singletons() {
+    if (generate_mode) {
+        generate_catalogue();
+        return;
+    }
     AUTOPATCH_SYSTEM::startup(0);
     AUTOPATCH_SYSTEM::get_instance()->internal_startup(1, host_name, port_number);
     THREAD_POOL::startup(THREAD_POOL_STACK_SIZE, nullptr, nullptr, nullptr);
+    new ORLN_3D::RENDER_MANAGER_3D;  // deleted by shutdown_manual_singletons
     THREAD_POOL::submit_request(new CALLBACK_REQUEST(network_monitor_callback, nullptr, nullptr),
                                 ENGINE_QUEUE_TYPE, ENGINE_QUEUE_ID);
     singletons_running = true;
 }
 
 void LAUNCHER::shutdown_manual_singletons() {
+    if (generate_mode) {
+        ADD_ONS_MANAGER::shutdown();
+        return;
+    }
     output_trace("exiting threads");
     AUTOPATCH_SYSTEM::get_instance()->internal_shutdown();
     THREAD_POOL::exit_threads();
     THREAD_POOL::shutdown();
+    WM_WINDOW_MANAGER::get_instance()->shutdown();
+    output_trace("destroying render manager");
+    delete ORLN_3D::RENDER_MANAGER_BASE::get_instance();
+    status_backdrop.reset();
+    wait_animation_image.reset();
+    wait_animation.reset();
     AUTOPATCH_SYSTEM::shutdown();
     ADD_ONS_MANAGER::shutdown();
     singletons_running = false;
@@ -123,6 +170,11 @@ void LAUNCHER::shutdown_manual_singletons() {
 
 void LAUNCHER::destroy() {
     exit_requested = true;
+    lateness.write();
+    if (generate_mode) {
+        shutdown_manual_singletons();
+        return;
+    }
     if (!singletons_running) {
         return;
     }
@@ -145,9 +197,14 @@ void LAUNCHER::set_patch_status(AUTOPATCH_SYSTEM_STATUS status) {
 }
 
 bool LAUNCHER::monitor() {
-    if (download_page) {
-        download_page->monitor();
+    if (generate_mode) {
+        return false;  // the constructor has done all
     }
+    lateness.begin_update(current_page);
+    if (graphics_ready && WM_WINDOW_MANAGER::get_instance()->monitor(1) == WM_MESG_QUIT) {
+        exit_requested = true;
+    }
+    monitor_console_download();
     if (exit_requested) {
         return false;
     }
@@ -156,11 +213,7 @@ bool LAUNCHER::monitor() {
     }
     act_on_page(take_requested_page());
 
-    bool finished;
-    {
-        MUTEX_LOCKER lock(finished_mutex);
-        finished = patch_finished;
-    }
+    const bool finished = has_patch_finished();
     if (check_patch_thread) {
         if (finished) {
             check_patch_thread = false;
@@ -176,7 +229,13 @@ bool LAUNCHER::monitor() {
         // The engine starts only after the status box has been drawn once.
         patch_go = patch_go || drawn_patch_status > 0;
     }
+    pictures.monitor(current_page);
     return true;
+}
+
+bool LAUNCHER::has_patch_finished() {
+    MUTEX_LOCKER lock(finished_mutex);
+    return patch_finished;
 }
 
 void LAUNCHER::request_page(LAUNCHER_PAGE page) {
@@ -217,6 +276,7 @@ void LAUNCHER::finish_patch_run() {
     if (!client_ready || (!launch_requested && error == AUTOPATCH_OK)) {
         return;
     }
+    lateness.write();
     if (launch_client()) {
         exit_requested = true;
         return;
@@ -227,64 +287,4 @@ void LAUNCHER::finish_patch_run() {
     if (current_page != PAGE_ERROR) {
         request_page(PAGE_ERROR);
     }
-}
-
-void LAUNCHER::display_splash_screen() {
-    write_to_console((std::string(get_instance_title()) + "\n").c_str());
-}
-
-SPLASH_STATUS LAUNCHER::collect_splash_status(AUTOPATCH_SYSTEM_STATUS status,
-                                              std::int32_t attempt) {
-    SPLASH_STATUS snapshot;
-    snapshot.status = status;
-    snapshot.connect_attempt = attempt;
-    const auto collect = [](const PTRARRAY& list, std::vector<SPLASH_ADD_ON>& out) {
-        for (std::int32_t i = 0; i < list.get_count(); ++i) {
-            const ADD_ON& add_on = *static_cast<const ADD_ON*>(list[i]);
-            if (add_on.parent == nullptr) {
-                const bool client = add_on.type == ADD_ON::ADD_ON_APPLICATION;
-                out.push_back({client ? "Application" : add_on.title, add_on.version});
-            }
-        }
-    };
-    MUTEX_LOCKER lock(patch_mutex);
-    if (const ADD_ONS_MANAGER* catalogue = ADD_ONS_MANAGER::get_instance()) {
-        collect(catalogue->installed, snapshot.installed);
-        collect(catalogue->available, snapshot.to_install);
-    }
-    return snapshot;
-}
-
-void LAUNCHER::draw_splash_screen_status_box() {
-    const AUTOPATCH_SYSTEM_STATUS status = get_patch_status();
-    std::int32_t attempt = drawn_connect_attempt;
-    if (patch_mutex.try_lock()) {
-        attempt = AUTOPATCH_SYSTEM::get_instance()->get_connect_attempts() + 1;
-        patch_mutex.unlock();
-    }
-    if (status == drawn_patch_status && attempt == drawn_connect_attempt) {
-        return;
-    }
-    splash_console.show(make_splash_rows(collect_splash_status(status, attempt)));
-    drawn_patch_status = status;
-    drawn_connect_attempt = attempt;
-}
-
-void LAUNCHER::display_download_page() {
-    if (download_page) {
-        return;
-    }
-    download_page = std::make_unique<DOWNLOAD_PAGE>(*this);
-    AUTOPATCH_SYSTEM::get_instance()->set_download_allowed(true);
-}
-
-void LAUNCHER::display_error_page() {
-    if (error_page) {
-        return;
-    }
-    download_page.reset();
-    error_page = std::make_unique<ERROR_PAGE>(AUTOPATCH_SYSTEM::get_instance()->get_error_code());
-    error_page->show();
-    // A console has no button to wait for.
-    exit_requested = true;
 }

@@ -1,8 +1,21 @@
 // What this program supplies to ORLN_APPLICATION: its names, its data folders and its creation.
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "launcher/launcher.h"
+
+namespace {
+
+// The rest of an argument that begins with `option`.
+void take_value(const char* argument, std::string_view option, std::string& value) {
+    const std::string_view text = argument;
+    if (text.substr(0, option.size()) == option) {
+        value = text.substr(option.size());
+    }
+}
+
+}  // namespace
 
 bool ORLN_APPLICATION::only_allow_one_instance() {
     return true;
@@ -35,10 +48,13 @@ const char* ORLN_APPLICATION::get_unique_identifier() {
 void ORLN_APPLICATION::create(short argc, char** argv) {
     bool generate = false;
     bool generate_3d = false;
+    LAUNCHER_TEST_OPTIONS test_options;
     for (short i = 1; i < argc; ++i) {
         generate = generate || std::strstr(argv[i], "--gendata") != nullptr;
         generate_3d = generate_3d || std::strstr(argv[i], "--generate-3d") != nullptr;
+        take_value(argv[i], "--screenshot=", test_options.picture_folder);
+        take_value(argv[i], "--lateness=", test_options.lateness_file);
     }
     // The instance belongs to ORLN_APPLICATION, whose shutdown deletes it.
-    new LAUNCHER(generate, generate_3d);
+    new LAUNCHER(generate, generate_3d, test_options);
 }

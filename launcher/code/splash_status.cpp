@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/process_tools.h"
-
 namespace {
 
 constexpr std::int32_t MAX_CONNECT_ATTEMPTS = 10;
@@ -31,11 +29,11 @@ std::vector<SPLASH_ROW> make_splash_rows(const SPLASH_STATUS& status) {
     const std::int32_t attempt = std::min(status.connect_attempt, MAX_CONNECT_ATTEMPTS);
     rows.push_back({"Connect attempt " + std::to_string(attempt) + " of " +
                         std::to_string(MAX_CONNECT_ATTEMPTS) + "...",
-                    status.status > AUTOPATCH_DISCONNECTED ? "Success" : ""});
+                    status.status > AUTOPATCH_DISCONNECTED ? SPLASH_SUCCESS : ""});
     if (status.status > AUTOPATCH_CONNECTED) {
-        rows.push_back({"Sent validation request...", "Success"});
+        rows.push_back({"Sent validation request...", SPLASH_SUCCESS});
         rows.push_back({"Receiving validation response...",
-                        status.status >= AUTOPATCH_VALIDATED ? "Success" : ""});
+                        status.status >= AUTOPATCH_VALIDATED ? SPLASH_SUCCESS : ""});
     }
     if (status.status >= AUTOPATCH_VALIDATED) {
         rows.push_back({});
@@ -45,32 +43,4 @@ std::vector<SPLASH_ROW> make_splash_rows(const SPLASH_STATUS& status) {
         rows.push_back({"Starting download...", ""});
     }
     return rows;
-}
-
-void SPLASH_CONSOLE::show(const std::vector<SPLASH_ROW>& rows) {
-    constexpr std::size_t RIGHT_EDGE = 48;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const SPLASH_ROW& row = rows[i];
-        if (i < shown.size() && shown[i] == row) {
-            continue;
-        }
-        std::string line = console_text(row.left.c_str());
-        if (!row.right.empty()) {
-            const std::string right = console_text(row.right.c_str());
-            const std::size_t used = line.size() + right.size();
-            line.append(used < RIGHT_EDGE ? RIGHT_EDGE - used : 1, ' ');
-            line += right;
-        }
-        line += '\n';
-        write_to_console(line.c_str());
-    }
-    shown = rows;
-}
-
-std::string console_text(const char* text) {
-    std::string clean(text);
-    std::replace_if(
-        clean.begin(), clean.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
-    return clean;
 }

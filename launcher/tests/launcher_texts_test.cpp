@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "autopatch/autopatch_errors.h"
-#include "launcher/download_page.h"
-#include "launcher/error_page.h"
+#include "launcher/console_view.h"
+#include "launcher/page_texts.h"
 #include "launcher/splash_status.h"
 
 namespace {

@@ -15,6 +15,8 @@ LAUNCHER = os.path.join(BUILD, "launcher", "launcher")
 PATCH_SERVER = os.path.join(BUILD, "tools", "patch_server", "patch_server")
 PATCH_PUBLISH = os.path.join(BUILD, "tools", "patch_publish", "patch_publish")
 DEMO_CLIENT = os.path.join(BUILD, "tools", "demo_client", "demo_client")
+LEAKS_OF_OTHERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "leaks_of_others.txt")
+SKIN_DATA = os.path.join(BUILD, "data")
 
 # Generous: sanitizers and a busy machine make everything slower.
 TIMEOUT = 90
@@ -128,10 +130,16 @@ class World:
 
     # --- the launcher
 
-    def environment(self, user="user"):
+    def environment(self, user="user", display=None):
+        """Without a display, unless one is named."""
         env = dict(os.environ)
         env["XDG_DATA_HOME"] = os.path.join(self.root, user)
         env["HOME"] = self.root
+        for name in ("DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"):
+            env.pop(name, None)
+        env["LSAN_OPTIONS"] = "print_suppressions=0:suppressions=" + LEAKS_OF_OTHERS
+        if display is not None:
+            env["DISPLAY"] = display
         return env
 
     def configure(self, **keys):
@@ -140,13 +148,18 @@ class World:
         write_text(os.path.join(self.base, "data", "config", "launcher.cfg"),
                    "".join("%s\n\t%s\n" % item for item in settings.items()))
 
-    def start_launcher(self):
-        return subprocess.Popen([self.program], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                stderr=subprocess.STDOUT, env=self.environment())
+    def install_skin(self):
+        """What the windows need: pictures, skins and fonts."""
+        shutil.copytree(SKIN_DATA, os.path.join(self.base, "data"), dirs_exist_ok=True)
 
-    def run_launcher(self, timeout=TIMEOUT):
+    def start_launcher(self, *arguments, display=None):
+        return subprocess.Popen([self.program] + list(arguments), stdin=subprocess.DEVNULL,
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                env=self.environment(display=display))
+
+    def run_launcher(self, *arguments, timeout=TIMEOUT):
         begin = time.monotonic()
-        process = self.start_launcher()
+        process = self.start_launcher(*arguments)
         try:
             output = process.communicate(timeout=timeout)[0].decode(errors="replace")
         except subprocess.TimeoutExpired:

@@ -1,25 +1,23 @@
-// ERROR_PAGE: why no client could be started, with the address of the support article.
+// ERROR_PAGE: why no client could be started, with a link to the support article.
 #ifndef LAUNCHER_ERROR_PAGE_H
 #define LAUNCHER_ERROR_PAGE_H
 
-#include <string>
-
 #include "autopatch/autopatch_types.h"
+#include "modules/winman/page_base.h"
 
-class ERROR_PAGE {
+class ERROR_PAGE : public WM_PAGE_BASE {
 public:
-    explicit ERROR_PAGE(AUTOPATCH_ERROR_CODE code) : error_code(code) {}
+    // Becomes the next page of the manager's current area.
+    ERROR_PAGE(WM_PAGE_MANAGER& manager, AUTOPATCH_ERROR_CODE code);
 
-    // Writes the message to the console.
-    void show() const;
+    void create(WM_PAGE_MANAGER& manager) override;
+    // Whatever it is: ends the launcher.
+    WM_MESG handle(WM_SCREEN_OBJECT* object, void* value, void* unused) override;
+    // Escape is the button.
+    WM_MESG monitor() override;
 
 private:
     AUTOPATCH_ERROR_CODE error_code;
 };
-
-// The page's message as tagged text, links included.
-std::string make_error_text(AUTOPATCH_ERROR_CODE code);
-// The message as plain text for a console: colour tags dropped, links as their text and address.
-std::string make_plain_error_text(AUTOPATCH_ERROR_CODE code);
 
 #endif  // LAUNCHER_ERROR_PAGE_H

@@ -1,7 +1,7 @@
 // The running log of the patch engine's steps that the splash shows.
 //
 // SPLASH_STATUS is a snapshot of what there is to tell; make_splash_rows turns it into the rows of
-// the status box; SPLASH_CONSOLE writes rows to a console, each as soon as it is new or changed.
+// the status box, which the splash window draws and the console view writes.
 #ifndef LAUNCHER_SPLASH_STATUS_H
 #define LAUNCHER_SPLASH_STATUS_H
 
@@ -31,19 +31,10 @@ struct SPLASH_STATUS {
     std::vector<SPLASH_ADD_ON> to_install;  // what the server listed
 };
 
+// What a step that went well says at the right.
+inline constexpr const char* SPLASH_SUCCESS = "Success";
+
 // The rows of the status box from top to bottom; a blank row is an empty one.
 std::vector<SPLASH_ROW> make_splash_rows(const SPLASH_STATUS& status);
-
-class SPLASH_CONSOLE {
-public:
-    // Writes the rows that differ from what was written before to the console.
-    void show(const std::vector<SPLASH_ROW>& rows);
-
-private:
-    std::vector<SPLASH_ROW> shown;
-};
-
-// `text` with control characters replaced, so that titles from outside can't steer a terminal.
-std::string console_text(const char* text);
 
 #endif  // LAUNCHER_SPLASH_STATUS_H

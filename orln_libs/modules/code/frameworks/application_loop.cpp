@@ -31,8 +31,8 @@ void install_signal_handlers() {
 
 // The user's input ends the wait, so that it is answered at once.
 void wait_for_next_update() {
-    if (timer_rate_ms != 0) {
-        wait_for_events(timer_rate_ms);
+    if (timer_rate_ms == 0 || wait_for_events(timer_rate_ms)) {
+        process_os_events();
     }
 }
 
@@ -71,7 +71,6 @@ int run_application(int argc, char** argv, void (*create)(short argc, char** arg
         update_game();
         if (!window_aborted) {
             wait_for_next_update();
-            process_os_events();
         }
     }
     window_aborted = true;

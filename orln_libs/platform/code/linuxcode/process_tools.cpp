@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t MESSAGE_SIZE = 256;
 
-std::atomic<MESSAGE_BOX> message_box{nullptr};
+std::atomic<MESSAGE_DISPLAY> message_box{nullptr};
 
 // Only these two: closing or flushing any other stream could wait for a thread that holds it.
 void flush_output() {
@@ -71,13 +71,13 @@ void display_message(const char* title, const char* text, unsigned char) {
     copy_as_line(title_line, title);
     copy_as_line(text_line, text);
     std::fprintf(stderr, "%s: %s\n", title_line, text_line);
-    if (const MESSAGE_BOX box = message_box) {
+    if (const MESSAGE_DISPLAY box = message_box) {
         KVCORE::copy_text_field(text_line, text);
         box(title_line, text_line);
     }
 }
 
-void set_message_box(MESSAGE_BOX box) {
+void set_message_box(MESSAGE_DISPLAY box) {
     message_box = box;
 }
 

@@ -22,8 +22,8 @@ void display_message(const char* title, const char* text, unsigned char flag);
 
 // What display_message() shows its box with, null for none. Gets both texts cut, line feeds in
 // place, and returns whether it could show them. The window layer installs it.
-using MESSAGE_BOX = bool (*)(const char* title, const char* text);
-void set_message_box(MESSAGE_BOX box);
+using MESSAGE_DISPLAY = bool (*)(const char* title, const char* text);
+void set_message_box(MESSAGE_DISPLAY box);
 
 // Reports a failed assertion through display_message() and returns. `condition` may be null; with
 // a null `message` nothing happens.

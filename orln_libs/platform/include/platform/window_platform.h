@@ -40,8 +40,8 @@ extern bool events_something_done;
 // see before the next: KEYBOARD, MOUSE and GLOBAL_INPUT follow, and the application's WINDOW_EVENTS
 // are called. May be called again from within them. Never waits, and doesn't open the display.
 void process_os_events();
-// Sleeps until an event waits or the time is over. Takes none.
-void wait_for_events(std::uint32_t timeout_ms);
+// Sleeps until an event waits or the time is over. Takes none. False if surely none waits.
+bool wait_for_events(std::uint32_t timeout_ms);
 
 // --- Windows ---
 

@@ -7,12 +7,14 @@ image_path
 	$HERE
 fg_colour
 	$accent_ink
+mouse_over_colour
+	$selection
 mouse_over_text_colour
-	$accent_dark
+	$ink
 underline_colour
 	$accent_dark
 mouse_over_underline_colour
-	$accent
+	$accent_dark
 border_left_gap
 	0
 border_top_gap
