@@ -11,6 +11,7 @@
 #include "autopatch/autopatch_system.h"
 #include "launcher/page_texts.h"
 #include "platform/process_tools.h"
+#include "platform/text_encoding.h"
 
 namespace {
 
@@ -124,6 +125,10 @@ std::string console_text(const char* text) {
     std::string clean(text);
     std::replace_if(
         clean.begin(), clean.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
-    return clean;
+        [](char c) {
+            const auto code = static_cast<unsigned char>(c);
+            return code < 0x20 || (code >= 0x7F && code < 0xA0);
+        },
+        ' ');
+    return system_to_utf8(clean);
 }

@@ -75,7 +75,8 @@ TEST(SplashRows, EachStatusAddsItsSteps) {
 
 TEST(ConsoleText, CarriesNoControlCharacters) {
     EXPECT_EQ("a [31mb c", console_text("a\x1b[31mb\nc"));
-    EXPECT_EQ("caf\xE9", console_text("caf\xE9"));
+    EXPECT_EQ("caf\xC3\xA9  b", console_text("caf\xE9 \x9B"
+                                             "b"));
 }
 
 TEST(ErrorText, EachCodeLinksToItsArticle) {

@@ -1,9 +1,11 @@
 // The walk of ADD_ONS_MANAGER over a folder tree of published add-ons. Each add-on's folder holds
 // its settings file, its archive "%s.tar.gz" (the application one for each platform), and
 // optionally a picture and a text file with its description.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,6 +18,7 @@
 #include "platform/disk_manager.h"
 #include "platform/dm_file_info.h"
 #include "platform/image_load.h"
+#include "platform/text_encoding.h"
 #include "platform/text_file.h"
 
 namespace {
@@ -24,36 +27,46 @@ constexpr const char* APPLICATION_FOLDER = "app";
 constexpr const char* SKINS_FOLDER = "skins";
 constexpr const char* MANDATORY_FILE = "mandatory_add_ons.txt";
 constexpr const char* PICTURE_FILE = "add_on.png";
+// What the greatest description can have been in UTF-8.
+constexpr std::size_t MAX_DESCRIPTION_FILE_SIZE =
+    std::size_t{4} * ADD_ON::MAX_DESCRIPTION_LINES * ADD_ON::DESCRIPTION_LINE_SIZE;
+constexpr std::size_t MAX_MANDATORY_FILE_SIZE = 1 << 20;
 constexpr std::size_t FOLDER_NAME_SIZE = 33;  // 32 characters of the folder's name are the path
+
+std::string read_and_close(TEXT_FILE* file, std::size_t max_size) {
+    std::string text;
+    for (char c = 0; text.size() < max_size && *file >> c;) {
+        text += c;
+    }
+    DISK_MANAGER::close(file);
+    return text;
+}
 
 // Reads lines like TEXT_FILE itself, but with a limit of the caller's: a line of `size` - 1
 // characters stops there and its rest is the next line.
 class LINE_READER {
 public:
-    LINE_READER(TEXT_FILE& text_file, std::size_t line_size) : file(text_file), size(line_size) {}
+    LINE_READER(std::string_view whole_text, std::size_t line_size)
+        : text(whole_text), size(line_size) {}
 
-    bool read(std::string& line) {
-        line.clear();
+    bool read(std::string_view& line) {
         // A line end right behind a full line is that line's own.
-        bool skip_line_end = std::exchange(at_limit, false);
-        char c = 0;
-        while (line.size() < size - 1) {
-            if (!(file >> c)) {
-                return !line.empty();
-            }
-            if (c != '\n') {
-                line += c;
-            } else if (!skip_line_end) {
-                return true;
-            }
-            skip_line_end = false;
+        if (at_limit && !text.empty() && text.front() == '\n') {
+            text.remove_prefix(1);
         }
-        at_limit = true;
+        at_limit = false;
+        if (text.empty()) {
+            return false;
+        }
+        const std::size_t line_end = text.substr(0, size - 1).find('\n');
+        at_limit = line_end == std::string_view::npos;
+        line = text.substr(0, at_limit ? size - 1 : line_end);
+        text.remove_prefix(std::min(text.size(), line.size() + (at_limit ? 0 : 1)));
         return true;
     }
 
 private:
-    TEXT_FILE& file;
+    std::string_view text;
     std::size_t size;
     bool at_limit = false;
 };
@@ -76,12 +89,12 @@ void add_lines_of_file(ADD_ON& add_on, DISK_MANAGER& disk, const char* name) {
                                      add_on.path);
         return;
     }
-    LINE_READER reader(*file, ADD_ON::DESCRIPTION_LINE_SIZE);
-    std::string line;
+    const std::string text = file_text_to_system(read_and_close(file, MAX_DESCRIPTION_FILE_SIZE));
+    LINE_READER reader(text, ADD_ON::DESCRIPTION_LINE_SIZE);
+    std::string_view line;
     while (add_on.description_count < ADD_ON::MAX_DESCRIPTION_LINES && reader.read(line)) {
-        add_on.add_description_line(line.c_str());
+        add_on.add_description_line(std::string(line).c_str());
     }
-    DISK_MANAGER::close(file);
 }
 
 // Version, title and description of a skin, from its "skin.cfg".
@@ -94,8 +107,8 @@ bool read_skin(CONFIG_FILE& config, DISK_MANAGER& disk, ADD_ON& add_on) {
                        width, add_on.version)) {
         return false;
     }
-    add_on.set_title(name);
-    add_on.add_description_line(description);
+    add_on.set_title(file_text_to_system(name).c_str());
+    add_on.add_description_line(file_text_to_system(description).c_str());
     return true;
 }
 
@@ -106,11 +119,12 @@ bool read_defaults(CONFIG_FILE& config, DISK_MANAGER& disk, const char* folder_n
         return false;
     }
     char value[CONFIG_FILE::value_size];
-    add_on.set_title(config.read(disk, "title", value) ? value : folder_name);
+    add_on.set_title(
+        file_text_to_system(config.read(disk, "title", value) ? value : folder_name).c_str());
     if (config.read(disk, "description_file", value) && *value != '\0') {
         add_lines_of_file(add_on, disk, value);
     } else if (config.read(disk, "description", value)) {
-        add_on.add_description_line(value);
+        add_on.add_description_line(file_text_to_system(value).c_str());
     }
     return true;
 }
@@ -287,10 +301,11 @@ void ADD_ONS_MANAGER::get_list(DISK_MANAGER& disk) {
     if (!file) {
         return;
     }
-    LINE_READER reader(*file, ADD_ON::PATH_SIZE);
-    std::string path;
+    const std::string text = read_and_close(file, MAX_MANDATORY_FILE_SIZE);
+    LINE_READER reader(text, ADD_ON::PATH_SIZE);
+    std::string_view path;
     while (reader.read(path)) {
-        ADD_ON* add_on = path.empty() ? nullptr : get_add_on(path.c_str(), 0);
+        ADD_ON* add_on = path.empty() ? nullptr : get_add_on(std::string(path).c_str(), 0);
         if (!add_on) {
             continue;
         }
@@ -299,7 +314,6 @@ void ADD_ONS_MANAGER::get_list(DISK_MANAGER& disk) {
             add_mandatory(*add_on->get_child(i));
         }
     }
-    DISK_MANAGER::close(file);
 }
 
 void ADD_ONS_MANAGER::get_list() {

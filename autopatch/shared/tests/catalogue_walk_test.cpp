@@ -125,6 +125,21 @@ TEST_F(CatalogueWalk, FindsEachAddOnWithItsFacts) {
     EXPECT_EQ(0u, manager.get_crc(&other, 0));
 }
 
+TEST_F(CatalogueWalk, BringsTheTextsOfFilesIntoTheSystemsOwn) {
+    write("utf8/defaults.cfg",
+          "version\n\t1\ntitle\n\tCaf\xC3\xA9 \xE2\x82\xAC\ndescription_file\n\tabout.txt\n");
+    // The 767th character has its bytes on both sides of a line's limit.
+    write("utf8/about.txt", std::string(766, 'a') + "\xC3\xA9\xC3\x9F\n");
+    write("latin/defaults.cfg", "version\n\t1\ndescription\n\tgro\xDF\n");
+    manager.get_list();
+    ADD_ON& utf8 = *manager.get_add_on("utf8", 0);
+    EXPECT_STREQ("Caf\xE9 ?", utf8.title);
+    ASSERT_EQ(2, utf8.description_count);
+    EXPECT_EQ(std::string(766, 'a') + "\xE9", utf8.get_description_line(0));
+    EXPECT_STREQ("\xDF", utf8.get_description_line(1));
+    EXPECT_STREQ("gro\xDF", manager.get_add_on("latin", 0)->get_description_line(0));
+}
+
 TEST_F(CatalogueWalk, TakesThePictureOfTheFolder) {
     write("a/defaults.cfg", "version\n\t1\n");
     write("b/defaults.cfg", "version\n\t1\n");

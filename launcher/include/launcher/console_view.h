@@ -41,7 +41,8 @@ private:
     bool waiting_for_return = false;
 };
 
-// `text` with control characters replaced, so that titles from outside can't steer a terminal.
+// `text` in UTF-8, with control characters replaced, so that titles from outside can't steer a
+// terminal.
 std::string console_text(const char* text);
 
 #endif  // LAUNCHER_CONSOLE_VIEW_H

@@ -55,6 +55,17 @@ std::string utf8_to_system(std::string_view text) {
     return result;
 }
 
+std::string file_text_to_system(std::string_view text) {
+    for (std::string_view rest = text; !rest.empty();) {
+        const DECODED character = decode_character(rest);
+        if (character.code == NOT_A_CODE) {
+            return std::string(text);
+        }
+        rest.remove_prefix(character.length);
+    }
+    return utf8_to_system(text);
+}
+
 std::string system_to_utf8(std::string_view text) {
     std::string result;
     result.reserve(text.size());
