@@ -92,6 +92,7 @@ class Display:
         with open(path, "w") as out:
             out.write("""<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
+<theme><keepBorder>no</keepBorder></theme>
 <applications><application class="*"><decor>no</decor></application></applications>
 <keyboard><keybind key="A-F4"><action name="Close"/></keybind></keyboard>
 </openbox_config>

@@ -164,6 +164,30 @@ TEST_F(ButtonDragTest, PictureFollowsThePointer) {
     EXPECT_EQ(0, count_pixels(40, 40, WIDTH - 1, HEIGHT - 1, FACE));
 }
 
+TEST_F(ButtonDragTest, OwnerKeepsWhatIsNotThePages) {
+    button->not_owned = true;
+    drag_to(60, 60);
+    release();
+    ASSERT_EQ(2u, reports.size());
+    EXPECT_TRUE(button->not_owned);
+    button->not_owned = false;
+}
+
+TEST_F(ButtonDragTest, CallbackMayHideTheButton) {
+    button->over_box.centre = &button->icon;  // redraws itself when the pointer comes
+    button->drag_callback = [](WM_SCREEN_OBJECT* self, WM_SCREEN_OBJECT*, std::int16_t,
+                               std::int16_t, std::uint32_t, void*, void*) {
+        self->hide(0, 0);
+        return WM_MESG_NONE;
+    };
+    drag_to(20, 20);
+    EXPECT_FALSE(button->visible);
+    EXPECT_FALSE(is_in_modal_list());
+    release();
+    EXPECT_FALSE(button->visible);
+    button->over_box.centre = nullptr;
+}
+
 TEST_F(ButtonDragTest, ButtonMayGoWhileItIsDragged) {
     drag_to(60, 60);
     ASSERT_TRUE(is_in_modal_list());

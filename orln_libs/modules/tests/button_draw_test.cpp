@@ -49,6 +49,8 @@ TEST_F(ButtonDrawTest, FillsItsRectangleInTheColourOfItsState) {
     button->mouse_over_now = false;
     button->take_focus(1);
     expect(COLOUR_GREEN);
+    info().focal_object = nullptr;
+    button->mouse_over_now = true;
     button->activated = true;
     expect(COLOUR_BLUE);
     button->active_mark[0] = '*';  // shows it instead of the colour
@@ -57,8 +59,7 @@ TEST_F(ButtonDrawTest, FillsItsRectangleInTheColourOfItsState) {
     expect(HIGHLIGHT);
     button->flashing = true;
     expect(COLOUR_YELLOW);
-    button->flashing = button->pressed = button->activated = false;
-    info().focal_object = nullptr;
+    button->flashing = button->pressed = button->activated = button->mouse_over_now = false;
     button->bg = COLOUR_INVISIBLE;
     draw_all();
     EXPECT_EQ(COLOUR_BLACK, pixel(15, 15));
@@ -88,9 +89,33 @@ TEST_F(ButtonDrawTest, FocusIsVisible) {
     EXPECT_EQ(4 * 19, count_pixels(0, 0, WIDTH - 1, HEIGHT - 1, HIGHLIGHT));
     EXPECT_EQ(HIGHLIGHT, pixel(29, 10));
     EXPECT_EQ(FACE, pixel(28, 11));
+    const auto frame_pixels = [&] {
+        draw_all();
+        return count_pixels(0, 0, WIDTH - 1, HEIGHT - 1, HIGHLIGHT);
+    };
     button->mouse_over = COLOUR_GREEN;  // the style's own look
-    draw_all();
-    EXPECT_EQ(0, count_pixels(0, 0, WIDTH - 1, HEIGHT - 1, HIGHLIGHT));
+    EXPECT_EQ(0, frame_pixels());
+    button->activated = true;  // which gives way to this one
+    EXPECT_EQ(4 * 19, frame_pixels());
+    button->active_mark[0] = '*';
+    EXPECT_EQ(0, frame_pixels());
+    button->active_mark[0] = '\0';
+
+    // The same with images.
+    IMAGE_CACHE cache;
+    IMAGE picture(20, 20);
+    for (IMAGE_BOX* box :
+         {&button->up_box, &button->down_box, &button->over_box, &button->active_over_box}) {
+        box->cache = &cache;
+    }
+    button->up_box.centre = button->down_box.centre = button->over_box.centre = &picture;
+    EXPECT_EQ(0, frame_pixels());  // without images of its own the activated button has these
+    button->active_up_box.cache = &cache;
+    button->active_up_box.centre = &picture;
+    EXPECT_EQ(4 * 19, frame_pixels());
+    button->active_over_box.centre = &picture;
+    EXPECT_EQ(0, frame_pixels());
+    area().remove_object(button, 1, 0);  // before its cache
 }
 
 TEST_F(ButtonDrawTest, BoxFollowsTheState) {
@@ -179,7 +204,7 @@ TEST_F(ButtonDrawTest, TextStandsWhereItsFlagsSay) {
     EXPECT_EQ(right.left, draw_text_bounds(*button).left);
 }
 
-TEST_F(ButtonDrawTest, DisabledTextIsFaint) {
+TEST_F(ButtonDrawTest, DisabledTextAndIconAreFaint) {
     use_font();
     WM_BUTTON* button = add_button(20, 20, 119, 49, 2, "HHH");
     draw_all();
@@ -195,6 +220,12 @@ TEST_F(ButtonDrawTest, DisabledTextIsFaint) {
     COLOUR faint = FACE;
     faint.mix(TEXT, 255 / 4);
     EXPECT_NEAR(faint.green(), brightest, 2);
+    // So is the icon.
+    button->icon.reset(10, 10);
+    button->icon.clear(TEXT);
+    button->set_string("", 0);
+    draw_all();
+    EXPECT_EQ(100, count_pixels(20, 20, 119, 49, faint));
 }
 
 TEST_F(ButtonDrawTest, TextKeepsClearOfReservedMargins) {
@@ -207,7 +238,10 @@ TEST_F(ButtonDrawTest, TextKeepsClearOfReservedMargins) {
     const BOUNDS moved = draw_text_bounds(*button);
     EXPECT_GE(moved.left, 20 + 60);
     EXPECT_EQ(0, button->left_gap);  // only for the draw
-    button->reserved_left = 0;
+    button->reserved_left = 20;
+    button->reserved_right = 45;  // moves it into the left margin
+    EXPECT_GE(draw_text_bounds(*button).left, 20 + 20);
+    button->reserved_left = button->reserved_right = 0;
     button->reserved_bottom = 14;
     EXPECT_LT(draw_text_bounds(*button).bottom, 50 - 14);
 }

@@ -17,6 +17,7 @@ TEST_F(ButtonTest, NaturalSizeComesFromTheContent) {
     EXPECT_EQ(7, add_button(0, 0, -1, 5)->width);
     EXPECT_EQ(6, add_button(0, 0, -1, 5)->height);
     EXPECT_STREQ("", add_button(0, 0, 9, 9, 2, nullptr)->get_title_text());
+    EXPECT_EQ(INT16_MAX, add_button(0, 0, -1, 5, 2, std::string(40000, 'w').c_str())->width);
 
     // A box of three across has the height of its centre.
     IMAGE left(2, 31), centre(1, 33), right(2, 35);

@@ -351,6 +351,8 @@ TEST_F(DialogBaseTest, ReactsToOneActionUntilReset) {
     dialog->set_button_text(DIALOG_BUTTON_ACKNOWLEDGE, nullptr);
     EXPECT_STREQ("", dialog->get_button(DIALOG_BUTTON_ACKNOWLEDGE)->get_title_text());
     EXPECT_STREQ("", dialog->buttons[2].text);
+    dialog->get_button(DIALOG_BUTTON_ACKNOWLEDGE)->set_string("Another title", 0);
+    EXPECT_STREQ("", dialog->buttons[2].text) << "as the dialog set it";
     EXPECT_EQ(nullptr, dialog->get_button(DIALOG_BUTTON_HELP));
     EXPECT_EQ(1, dialog->get_number_of_buttons(DIALOG_BUTTON_NEGATIVE_ACTION));
 }
@@ -425,9 +427,7 @@ TEST_F(DialogBaseTest, HidesWhatIsBehindItsInsideOnlyWhileOpaque) {
 }
 
 TEST_F(DialogBaseTest, MessageBoxGrowsToItsText) {
-    if (!has_font) {
-        GTEST_SKIP() << "no font on this machine";
-    }
+    ASSERT_TRUE(has_font) << "the package fonts-inter is needed";
     const MESSAGE_BOX fitting("Title", "Short.", 0, DIALOG_KIND_PLAIN, "OK", nullptr, nullptr, 1,
                               count_call, 0);
     EXPECT_EQ(300, fitting.width);

@@ -351,6 +351,16 @@ TEST_F(GridTest, AFixedRowStaysAboveTheOthers) {
     EXPECT_EQ(grid->get_object(0, 2), grid->find_object_at_pos(12, 21));
 }
 
+TEST_F(GridTest, AFixedRowAloneRests) {
+    grid_style.flags |= STYLE_GRID_FIX_TOP_ROW;
+    WM_GRID* grid = add_grid(50, 50);
+    fill(grid, 1);
+    grid->check_scrolling();
+    draw_all();
+    grid->check_scrolling();
+    EXPECT_FALSE(take_redraw());
+}
+
 TEST_F(GridTest, LongListsCostWhatIsInView) {
     WM_GRID* grid = add_grid(50, 50);
     const auto start = std::chrono::steady_clock::now();
@@ -363,6 +373,7 @@ TEST_F(GridTest, LongListsCostWhatIsInView) {
     }
     grid->set_scroll_to_position(199900);
     EXPECT_EQ(10, grid->get_object(0, 19990)->y);
+    EXPECT_EQ(10, grid->get_object(0, 19990)->height);
     EXPECT_EQ(19990, grid->first_visible);
     const auto scrolled = std::chrono::steady_clock::now();
     const std::chrono::duration<double> filling = filled - start, scrolling = scrolled - filled;
@@ -494,6 +505,19 @@ TEST_F(GridTest, TheFocusStaysInView) {
     EXPECT_EQ(grid->get_object(0, 4), focal()) << "left at the bottom: the last row in view";
 }
 
+TEST_F(GridTest, TheFocusWalkBringsRowsWhollyIntoView) {
+    WM_GRID* grid = add_grid(50, 55);
+    fill(grid, 30);
+    draw_all();
+    grid->give_child_object_focus(0, 4);
+    press_key(KEY_TAB);
+    EXPECT_EQ(grid->get_object(0, 5), focal());
+    EXPECT_TRUE(grid->is_row_visible(5));
+    grid->set_scroll_to_position(8);
+    whole_tick();
+    EXPECT_EQ(8, grid->get_scroll_position()) << "the user may scroll it out again";
+}
+
 TEST_F(GridTest, KeysScrollWhatNoCellWants) {
     WM_GRID* grid = add_grid(50, 50);
     fill(grid, 30, false);
@@ -592,6 +616,14 @@ TEST_F(GridTest, ImagesAlternateFromTheFirstVisibleRow) {
     EXPECT_EQ(COLOUR(0, 200, 0), pixel(12, 22)) << "row 2";
     EXPECT_EQ(COLOUR(0, 0, 200), pixel(12, 32)) << "row 3";
     EXPECT_EQ(COLOUR(200, 200, 0), pixel(12, 42)) << "row 4";
+    grid->grid_style.flags |= STYLE_GRID_FIX_TOP_ROW;
+    for (const int position : {0, 10}) {
+        grid->set_scroll_to_position(position);
+        draw_all();
+        EXPECT_EQ(COLOUR(0, 0, 200), pixel(12, 12)) << "the fixed row doesn't take part";
+        EXPECT_EQ(COLOUR(0, 0, 200), pixel(12, 22));
+        EXPECT_EQ(COLOUR(0, 200, 0), pixel(12, 32));
+    }
     grid->background.centre = grid->alternate_box.centre = grid->highlighted_box.centre = nullptr;
 }
 

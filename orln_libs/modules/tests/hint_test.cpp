@@ -145,6 +145,31 @@ TEST_F(HintTest, IconHasAHintOfItsOwn) {
     EXPECT_STREQ("The icon", button->get_icon_hint_text());
 }
 
+TEST_F(HintTest, LabelsDoTheSame) {
+    auto* label = new WM_SCRIPT(100, 60, 139, 79, style, "", 0);
+    area().add_object(label, 0);
+    label->set_icon_hint_text("The icon");
+    label->set_hint_text("The label");
+    const auto shown_at = [&](int px) {
+        point(px, 70);
+        tick(500);
+        return label->icon_hint->is_showing() ? label->get_icon_hint_text()
+               : label->hint->is_showing()    ? label->get_hint_text()
+                                              : "none";
+    };
+    label->icon_x_spacing = 200;
+    EXPECT_STREQ("The label", shown_at(101));  // there is no icon
+    label->icon_left = 130;
+    label->icon_right = 139;
+    label->icon_x_spacing = 2;
+    EXPECT_STREQ("The icon", shown_at(110));
+    label->script_flags |= SCRIPT_ICON_RIGHT;  // only the icon's end
+    EXPECT_STREQ("The label", shown_at(127));
+    EXPECT_STREQ("The icon", shown_at(128));
+    label->set_hint_text(nullptr);
+    EXPECT_STREQ("The icon", shown_at(110));
+}
+
 TEST_F(HintTest, GoesWithItsControl) {
     auto* image = new WM_IMAGE(100, 60, 20, 20, 1, nullptr, nullptr, nullptr, 0, 0);
     image->set_hint_text("An image");

@@ -1,4 +1,5 @@
 // WM_MENU and WM_FLOATING_MENU: places, opening and closing, choosing by mouse and by keys.
+#include <chrono>
 #include <memory>
 
 #include "menu_fixture.h"
@@ -72,6 +73,8 @@ TEST_F(MenuTest, SizeFollowsItemsTitleAndFrame) {
     EXPECT_EQ(nullptr, menu->get_button(1)) << "the separator";
     menu->set_title("A title that is longer");
     EXPECT_EQ(22 + 6, menu->width);
+    menu->clear(0);
+    EXPECT_EQ(-1, menu->last_row);
     menu->clear(1);
     EXPECT_EQ(0, menu->item_count);
     EXPECT_EQ(2 + 10 + 1 + 2, menu->height);
@@ -436,7 +439,12 @@ TEST_F(MenuTest, AGroupFollowsThePointer) {
     EXPECT_FALSE(menus[1]->popup_open) << "nothing is open";
     menus[0]->open();
     whole_tick();
+    EXPECT_TRUE(menus[0]->popup->visible) << "a pointer that rests changes nothing";
+    menus[0]->mouse_over_now = true;
+    point(66, 15);
+    whole_tick();
     EXPECT_FALSE(menus[0]->popup->visible) << "at once, without a fade";
+    EXPECT_FALSE(menus[0]->mouse_over_now);
     EXPECT_TRUE(menus[1]->popup->visible);
     EXPECT_EQ(1, area().get_modal_object_count());
     menus[2]->enabled = false;
@@ -536,6 +544,15 @@ TEST_F(MenuTest, ScrollingPassesSeparatorsOver) {
     EXPECT_EQ(2, menu->first_row);
 }
 
+TEST_F(MenuTest, ScrollButtonsAreAsHighAsItems) {
+    const std::unique_ptr<WM_FLOATING_MENU> menu(add_floating_menu(20, 20, nullptr));
+    fill(menu.get(), 30);
+    menu->add_seperator();
+    menu->calc_new_size();
+    EXPECT_EQ(10, menu->scroll_bottom_button->height);
+    EXPECT_EQ(13, menu->last_row);
+}
+
 TEST_F(MenuTest, APopupThatFitsNowhereStaysBesideItsButton) {
     WM_MENU* menu = add_menu(20, 60, MENU_BELOW);
     fill(menu->popup.get(), 30);
@@ -552,9 +569,13 @@ TEST_F(MenuTest, APopupThatFitsNowhereStaysBesideItsButton) {
 
 TEST_F(MenuTest, LongMenusAreBuiltQuickly) {
     const std::unique_ptr<WM_FLOATING_MENU> menu(add_floating_menu(20, 20, nullptr));
+    const auto start = std::chrono::steady_clock::now();
     fill(menu.get(), 3000);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     EXPECT_EQ(3000, menu->item_count);
     EXPECT_EQ(150, menu->height);
+    // Some hundredths of a second; with work for all items at each one it would be many.
+    EXPECT_LT(taken.count(), 2);
 }
 
 }  // namespace

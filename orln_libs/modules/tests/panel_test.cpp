@@ -309,6 +309,10 @@ TEST_F(PanelFrameTest, AFarTooSmallFrameStillStands) {
     for (int i = 0; i < 3; ++i) {
         EXPECT_GE(tab(frame.tab_buttons, i).width, 1);
     }
+    auto* object = new TEST_OBJECT(0, 0, 30, 10);
+    frame.add_lower_frame_object(object);
+    EXPECT_EQ(0, object->width) << "there is no room at all";
+    frame.clear_lower_frame_objects();
 }
 
 TEST_F(PanelFrameTest, CallbackStoresThePairAndRunsOnceForAChange) {
@@ -377,6 +381,17 @@ TEST_F(PanelFrameTest, ARightClickOpensTheMenuAtThePointer) {
     PANEL_FRAME::alt_handle_callback(&tab(frame->tab_buttons, 1), nullptr, frame);
     EXPECT_EQ(tab(frame->tab_buttons, 1).x, frame->tab_menu->x);
     EXPECT_EQ(24, frame->tab_menu->y);
+    // Near the window's edge it is moved in.
+    const TABS tabs(5, PANEL_FRAME_TAB("A", 0, 1, 0));
+    auto at_edge = make(tabs, 1, 0);
+    area().add_object(at_edge.get(), 0);
+    at_edge->not_owned = true;
+    MOUSE::set_position(0, 195, 15);
+    PANEL_FRAME::alt_handle_callback(&tab(at_edge->tab_buttons, 4), nullptr, at_edge.get());
+    EXPECT_EQ(WIDTH, at_edge->tab_menu->x + at_edge->tab_menu->width);
+    EXPECT_EQ(15, at_edge->tab_menu->y);
+    area().remove_object(at_edge.get(), 0, 0);
+    at_edge.reset();
     // The frame may go while the menu is open.
     area().remove_object(frame, 1, 0);
     EXPECT_EQ(0, area().get_modal_object_count());
@@ -465,6 +480,9 @@ TEST_F(PanelFrameTest, TheTitleStandsLeftOrWithSubTabsRight) {
     frame->set_title("Title", 1);
     EXPECT_EQ(4 + 5, frame->title->x);
     EXPECT_STREQ("Title", frame->get_title());
+    frame->set_title(frame->get_title(), 0);
+    EXPECT_STREQ("Title", frame->get_title()) << "its own text again";
+    EXPECT_EQ(396 - 5 - width, frame->title->x);
     frame->set_title(nullptr, 0);
     EXPECT_EQ(nullptr, frame->title);
     EXPECT_STREQ("", frame->get_title());

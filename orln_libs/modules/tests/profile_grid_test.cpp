@@ -272,6 +272,19 @@ TEST_F(ProfilePictureTest, APicturePushesTheRowsBesideItAside) {
     EXPECT_EQ(0, grid->get_number_of_rows());
 }
 
+TEST_F(ProfileGridTest, RowsMoveUpBesidePicturesOfAnyColumn) {
+    constant("PROFILE_PICTURE_IMAGE_BORDER_SIZE", 2);
+    const auto grid = make(PROFILE_GRID::MODE_PICTURES);
+    for (std::int16_t row = 0; row < 5; ++row) {
+        grid->add_script(1, row, "label", "value", 0);
+    }
+    IMAGE picture(30, 10);
+    grid->add_left_picture_image(1, 1, picture, 0, nullptr, nullptr, nullptr);
+    grid->set_current_layout(1, nullptr);  // of rows to come
+    grid->delete_rows(1, 1);
+    EXPECT_EQ(34, cell(*grid, 1, 1).grid_style.border_left_gap) << "was row 2";
+}
+
 TEST_F(ProfilePictureTest, PicturesAreMadeToFit) {
     const WM_IMAGE* image = add_left(1, 400, 30);
     EXPECT_EQ(599 - 4 - 249, image->width);
@@ -340,6 +353,9 @@ TEST_F(ProfileGridTest, ASpecialObjectCoversARangeOfCells) {
     TEST_OBJECT refused(0, 0, 5, 5);
     EXPECT_EQ(0, grid->set_special_object(0, 1, 2, 2, &refused));
     EXPECT_EQ(second, grid->special_object);
+    EXPECT_EQ(1, grid->set_special_object(1, 1, 1, 1, second)) << "the same one elsewhere";
+    EXPECT_EQ(300, second->x);
+    EXPECT_EQ(20, second->height);
     grid->clear_special_object();
     EXPECT_EQ(1, TEST_OBJECT::alive);
 }

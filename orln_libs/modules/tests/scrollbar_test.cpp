@@ -1,4 +1,6 @@
 // Geometry, input and values of WM_SCROLLBAR.
+#include <chrono>
+
 #include "grid_fixture.h"
 #include "modules/gui/parameter.h"
 #include "modules/winman/wm_scrollbar.h"
@@ -173,6 +175,34 @@ TEST_F(ScrollbarTest, AStepGoesOnUntilTheSliderMoves) {
     bar->move_slew_var(SCROLLBAR_LINE_UP);
     bar->move_slew_var(SCROLLBAR_LINE_UP);
     EXPECT_EQ(99500, value());
+}
+
+// One by one these would be millions of steps, or steps that the value is too large for.
+TEST_F(ScrollbarTest, StepsFarBelowAPixelAreFoundAtOnce) {
+    const auto begin = std::chrono::steady_clock::now();
+    set_range(0, 2000000000);
+    WM_SCROLLBAR* bar = add_bar(true, false);
+    bar->move_slew_var(SCROLLBAR_LINE_DOWN);
+    EXPECT_EQ(1980000000, value()) << "a hundredth, of a hundred pixels of travel";
+    bar->line_step = 30000000;
+    bar->move_slew_var(SCROLLBAR_LINE_DOWN);
+    EXPECT_EQ(1950000000, value()) << "no more than it takes";
+    bar->line_step = 1;
+    variable.value.long_value = 3;
+    bar->move_slew_var(SCROLLBAR_LINE_DOWN);
+    EXPECT_EQ(0, value()) << "to the end, where less than a pixel is left";
+    bar->slider_size = 200;
+    bar->set_travel();
+    bar->move_slew_var(SCROLLBAR_LINE_UP);
+    EXPECT_EQ(1, value()) << "one step, where the slider can't move";
+
+    PARAMETER huge(PARAMETER::TYPE_DOUBLE);
+    huge.max.double_value = huge.value.double_value = 1e18;
+    WM_SCROLLBAR fine(10, 10, 19, 129, &huge, bar_style, nullptr, nullptr, nullptr, 0);
+    fine.move_slew_var(SCROLLBAR_LINE_DOWN);
+    EXPECT_DOUBLE_EQ(0.99e18, huge.value.double_value);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+    EXPECT_LT(taken.count(), 1);
 }
 
 TEST_F(ScrollbarTest, ALinkedVariableKeepsStep) {

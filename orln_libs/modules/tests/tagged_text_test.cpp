@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,37 @@ TEST(TaggedText, ANameMayHoldATag) {
     EXPECT_STREQ("a<b", text.tags.get<TEXT_BOX_TAG>(0)->name);
     EXPECT_STREQ("b", text.tags.get<TEXT_BOX_TAG>(1)->name);
     EXPECT_STREQ("two", text.tags.get<TEXT_BOX_TAG>(1)->type);
+}
+
+std::string repeat(const char* piece, int times) {
+    std::string result;
+    while (times-- > 0) {
+        result += piece;
+    }
+    return result;
+}
+
+TEST(TaggedText, SeveralTagsMayLieInOneName) {
+    EXPECT_EQ((WORDS{"a bcd/1", " ", "e"}), split("<a <<b:1#>c:2#>d:3#> e"));
+    const TAGGED_TEXT text("<a <<b:1#>c:2#>d:3#> e");
+    ASSERT_EQ(3, text.tags.get_count());
+    EXPECT_STREQ("a <<b", text.tags.get<TEXT_BOX_TAG>(0)->name);
+    EXPECT_STREQ("<bc", text.tags.get<TEXT_BOX_TAG>(1)->name);
+    EXPECT_STREQ("bcd", text.tags.get<TEXT_BOX_TAG>(2)->name);
+    std::string hint = "<a <<b:1#>c:2#>d:3#> e";
+    EXPECT_STREQ("a bcd e", TAGGED_TEXT::remove_tags_from_text(hint.data()));
+}
+
+TEST(TaggedText, WorkOnHostileTextGrowsWithItsLength) {
+    constexpr int COUNT = 200'000;
+    for (std::string text : {repeat("<", COUNT) + repeat(":#>", COUNT), repeat("<:#>.", COUNT),
+                             repeat("<", COUNT) + repeat("a", COUNT) + repeat(":#>", COUNT),
+                             repeat("<<:#>", COUNT) + repeat("a", COUNT) + repeat(":#>", COUNT)}) {
+        const TAGGED_TEXT tagged(text.c_str());
+        EXPECT_GE(tagged.tags.get_count(), COUNT);
+        TAGGED_TEXT::remove_tags_from_text(text.data());
+        EXPECT_EQ(nullptr, std::strpbrk(text.c_str(), "<:#>"));
+    }
 }
 
 TEST(TaggedText, SetTextStartsAnew) {

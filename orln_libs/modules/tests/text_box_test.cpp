@@ -266,6 +266,11 @@ TEST_F(TextBoxTags, ASeparatorTakesTheRestOfTheLine) {
     EXPECT_EQ(2, line->height);
     EXPECT_EQ(4, line->y);
     EXPECT_EQ(3, line->x);
+    // A box of its text's size isn't as wide as its separators could be.
+    const TEXT_BOX& own_size =
+        make("abcdef\n<:separator#>\nabc<:separator#>", TBF_MULTI_LINE, 0, 0);
+    EXPECT_EQ(6, own_size.width);
+    EXPECT_EQ(5, word(own_size, 0, 1).width);
     // On a full line there is still one, on the next.
     EXPECT_EQ(2, make(std::string(20, 'x') + "<:separator#>").grid->row_count);
 }
@@ -348,7 +353,7 @@ TEST_F(TextBoxTags, ACallbackTagRunsTheCallbackOfTheBox) {
     clicks.clear();
     TEXT_BOX::create_tag_object_callback = make_button;
     TEXT_BOX& box =
-        make("<go:callback#12,-7> <no:callback#1> <no:Callback#1,2>", TBF_MULTI_LINE, 100);
+        make("<go:callback# 12, -7> <no:callback#1> <no:Callback#1,2>", TBF_MULTI_LINE, 100);
     box.callback = note_click;
     WM_SCREEN_OBJECT* button = child_of(word(box, 0, 0));
     EXPECT_EQ(BUTTON_EVENT_RELEASE, static_cast<WM_BUTTON*>(button)->callback_flags);
@@ -376,6 +381,62 @@ TEST_F(TextBoxTags, TheCallbackMayChangeTheText) {
     EXPECT_EQ((LINES{"changed"}), lines(box));
     area().monitor();
     draw_all();
+}
+
+// Refers to its tag as long as it lives.
+class TAG_BUTTON : public WM_BUTTON {
+public:
+    TAG_BUTTON(const TEXT_BOX_TAG& of, const char* word, signed char in_window)
+        : WM_BUTTON(0, 0, 5, 7, WM_STYLE_SET(), word, nullptr, nullptr, nullptr, nullptr, 1,
+                    in_window, 1, 0),
+          tag(of) {}
+    ~TAG_BUTTON() override {
+        ended.push_back(tag.value);
+        running_ended = running_ended || running == this;
+    }
+
+    const TEXT_BOX_TAG& tag;
+    static inline LINES ended;
+    static inline const WM_SCREEN_OBJECT* running = nullptr;
+    static inline bool running_ended = false;
+};
+
+WM_MESG append_twice(WM_SCREEN_OBJECT* object, void*, void*) {
+    auto& box = static_cast<TEXT_BOX&>(*object);
+    box.append_text("x\n");
+    box.append_text("y\n");
+    return WM_MESG_HANDLED;
+}
+
+TEST_F(TextBoxTags, AChangeByTheCallbackKeepsTheViewAndTheObjectThatRuns) {
+    TAG_BUTTON::ended.clear();
+    TEXT_BOX::create_tag_object_callback =
+        [](TEXT_BOX&, const char*, TEXT_BOX_TAG& tag, const char* word, COLOUR&, signed char,
+           std::int16_t, std::int16_t, unsigned char, signed char in_window) -> WM_SCREEN_OBJECT* {
+        return new TAG_BUTTON(tag, word, in_window);
+    };
+    std::string text;
+    for (int i = 0; i < 20; ++i) {
+        text += i == 10 ? "<go:callback#1,2>\n" : std::to_string(i) + "\n";
+    }
+    TEXT_BOX& box = make(text, TBF_MULTI_LINE, 40, 50);
+    TAG_BUTTON::ended.clear();  // the first try without a scroll bar
+    box.callback = append_twice;
+    box.grid->set_scroll_to_row(10, 1);
+    const std::int16_t top = box.grid->first_visible;
+    ASSERT_GT(top, 0);
+    WM_SCREEN_OBJECT* button = child_of(word(box, 0, 10));
+    button->callback(button, button->callback_data1, button->callback_data2);
+    EXPECT_EQ(top, box.grid->first_visible);
+    EXPECT_EQ((LINES{"1,2"}), TAG_BUTTON::ended) << "the second append's own";
+    // The next click finds the last one's button still there.
+    TAG_BUTTON::ended.clear();
+    button = child_of(word(box, 0, 10));
+    TAG_BUTTON::running = button;
+    button->callback(button, button->callback_data1, button->callback_data2);
+    EXPECT_FALSE(TAG_BUTTON::running_ended);
+    box.refresh();
+    EXPECT_TRUE(TAG_BUTTON::running_ended);
 }
 
 // --- The text ---
@@ -423,6 +484,12 @@ TEST_F(TextBoxText, InsertedTextGoesToTheCursorOfAnEditableBox) {
     ASSERT_TRUE(box.get_text_index_from_char(box.cursor_column, box.cursor_row, box.cursor_x,
                                              box.cursor_offset, index));
     EXPECT_EQ(4, index);
+    // While the default text is shown there is no place of the cursor.
+    TEXT_BOX& replaced = make("abcdef", TBF_EDITABLE, 100, 30);
+    replaced.set_default_text("x");
+    replaced.set_text("abcdefg");
+    EXPECT_TRUE(replaced.insert_text("h"));
+    EXPECT_STREQ("abcdefgh", replaced.get_text());
     TEXT_BOX& empty = make("", TBF_EDITABLE, 100, 30);
     EXPECT_TRUE(empty.insert_text("x"));
     EXPECT_STREQ("x", empty.get_text());
@@ -472,6 +539,8 @@ TEST_F(TextBoxText, TheLineBelowCountsWhatIsLeft) {
     EXPECT_EQ(100 - box.info->height, box.grid->height);
     box.append_text("defg");
     EXPECT_STREQ("3 characters remaining", box.info->get_text());
+    box.set_max_text_length(12);
+    EXPECT_STREQ("5 characters remaining", box.info->get_text());
     box.set_flags(TBF_MULTI_LINE);
     EXPECT_EQ(nullptr, box.info);
     EXPECT_EQ(100, box.grid->height);
@@ -577,6 +646,15 @@ TEST_F(TextBoxSize, ASingleLineThatDoesNotFitHasAHint) {
 }
 
 // --- Drawing ---
+
+TEST_F(TextBoxLayout, SpacesWithoutAWidthAreNotDrawn) {
+    const TEXT_BOX& box =
+        make("<:bg_colour#4278255360>aaaa<:bg_colour#4278190335> bbbb", TBF_MULTI_LINE, 7, 30);
+    ASSERT_EQ((LINES{"aaaa", "bbbb"}), lines(box));
+    draw_all();
+    EXPECT_EQ(COLOUR_GREEN, pixel(3, 5));
+    EXPECT_EQ(COLOUR_BLUE, pixel(3, 15));
+}
 
 TEST_F(TextBoxLayout, OffsetsSelectionAndCaretAreDrawn) {
     style("TEXT_BOX_BACKGROUND").flags = STYLE_RIGHT_JUSTIFY_TEXT;

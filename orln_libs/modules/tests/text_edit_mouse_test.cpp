@@ -276,6 +276,41 @@ TEST_F(TextEditMouseTest, FocusComesAndGoes) {
     EXPECT_FALSE(box->can_have_focus());
 }
 
+TEST_F(TextEditMouseTest, TypingGoesOnAfterAChangeOfTheBox) {
+    edit("ab|cd", EDIT);
+    box->set_prefix_text("To:");
+    EXPECT_EQ("ab|cd", state());
+    box->set_enabled(0);
+    box->set_enabled(1);
+    EXPECT_EQ(1, count_carets());
+    place_cursor("a[bc|]d");
+    box->set_flags(EDIT | TBF_LEADING_SPACE);
+    EXPECT_EQ("abc|d", state());
+    type("x");
+    EXPECT_EQ("abcx|d", state());
+    box->refresh();
+    tick();
+    EXPECT_EQ("abcxd|", state());
+    EXPECT_EQ(1, count_carets());
+}
+
+TEST_F(TextEditMouseTest, TheFocusComesBackWithItsWindow) {
+    for (const char* default_text : {"", "default"}) {
+        edit("ab|c", EDIT);
+        box->set_default_text(default_text);
+        manager().set_window_as_focal_window(static_cast<signed char>(1));
+        tick();
+        EXPECT_EQ(0, count_carets());
+        manager().set_window_as_focal_window(WM_WINDOW_MANAGER::MAIN_WINDOW);
+        tick();
+        EXPECT_EQ(*default_text == '\0' ? "ab|c" : "abc|", state());
+        EXPECT_EQ(1, count_carets());
+        type("x");
+        EXPECT_EQ(*default_text == '\0' ? "abx|c" : "abcx|", state());
+        area().remove_object(box, 1, 0);
+    }
+}
+
 TEST_F(TextEditMouseTest, TheDefaultTextStandsInWithoutTheFocus) {
     TEST_OBJECT* other = add_other();
     add_box("", EDIT);
@@ -303,6 +338,33 @@ TEST_F(TextEditMouseTest, TheCaretIsDrawn) {
     pages().check_for_draw();
     EXPECT_NE(COLOUR_WHITE, pixel(x, y));
     EXPECT_EQ(COLOUR_WHITE, pixel(x_of(1), y));
+}
+
+// Also where there is no room behind the last character.
+TEST_F(TextEditMouseTest, TheCaretIsDrawnAtTheEndOfAFullLine) {
+    const auto has_caret = [this](int x, int y) {
+        draw_all();
+        const bool shown = pixel(x, y) == COLOUR_WHITE;
+        box->hide_cursor();
+        pages().check_for_draw();
+        return shown && pixel(x, y) != COLOUR_WHITE;
+    };
+    edit("|", EDIT, 200, nullptr, 100, 30);
+    type(std::string(40, 'a'));
+    EXPECT_TRUE(has_caret(LEFT + 98, y_of(0) - 7));
+    area().remove_object(box, 1, 0);
+
+    // A line that fills the box, with another below it.
+    edit("|aaaa bbbb", LINES, 200, nullptr, get_width("aaaa "));
+    ASSERT_EQ(2, box->grid->row_count);
+    press_key(KEY_END);
+    EXPECT_EQ(0, box->cursor_row);
+    EXPECT_TRUE(has_caret(LEFT + get_width("aaaa ") - 1, y_of(0)));
+    area().remove_object(box, 1, 0);
+
+    // Behind a word, before a tag.
+    edit("a|<:style_on#bold>b", EDIT);
+    EXPECT_TRUE(has_caret(LEFT + get_width("a") - 1, y_of(0) - 7));
 }
 
 // --- Scrolling ---

@@ -142,6 +142,14 @@ TEST_F(TextEditTest, TheCursorTreatsATagAsOneCharacter) {
     EXPECT_EQ("axy<:style_on#bold>b|", state());
 }
 
+TEST_F(TextEditTest, AnOpenBracketBeforeAControlCharacterIsNoTag) {
+    edit("|<\x01x>", LINES);
+    press_key(KEY_RIGHT);
+    EXPECT_EQ("<\x01|x>", state());
+    press_key(KEY_DELETE);
+    EXPECT_EQ("<\x01>", box->text);
+}
+
 TEST_F(TextEditTest, CursorStepsPassAWrappedLineEnd) {
     // "aaaa bbbb " fills the first line.
     edit("aaaa bbbb |cccc", LINES, 100, nullptr, get_width("aaaa bbbb ") + 1);

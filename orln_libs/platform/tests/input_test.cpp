@@ -208,6 +208,25 @@ TEST_F(KEYBOARD_TEST, TextAndShortcutsComeAsCharacters) {
     EXPECT_EQ("@", typed());
 }
 
+TEST_F(KEYBOARD_TEST, QuickKeysAreSeenOneByOne) {
+    open(0, 200, 100);
+    settle();
+    KEYBOARD keyboard;
+    take_after({key(SDLK_TAB), key(SDLK_TAB, KMOD_NONE, false), key(SDLK_a), text("a"),
+                key(SDLK_RETURN), key(SDLK_RETURN, KMOD_NONE, false)},
+               0);
+    EXPECT_EQ(KEY_TAB, keyboard.get_code());
+    EXPECT_EQ("", typed());
+    process_os_events();
+    EXPECT_EQ(KEY_NONE, keyboard.get_code());
+    EXPECT_EQ("a", typed());
+    process_os_events();
+    EXPECT_EQ(KEY_RETURN, keyboard.get_code());
+    typed();
+    process_os_events();
+    EXPECT_EQ(KEY_NONE, keyboard.get_code());
+}
+
 TEST_F(MOUSE_TEST, ButtonsAreBits) {
     static std::string navigated;
     navigated.clear();

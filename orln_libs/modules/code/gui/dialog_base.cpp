@@ -1,9 +1,9 @@
 #include "modules/gui/dialog_base.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
-#include "modules/gui/gui_skin.h"
 #include "modules/gui/text_box.h"
 #include "modules/winman/object_walk.h"
 #include "modules/winman/window_info.h"
@@ -12,20 +12,14 @@
 #include "modules/winman/wm_manager.h"
 #include "modules/winman/wm_script.h"
 #include "platform/keyboard.h"
+#include "skin_lookup.h"
+#include "to_short.h"
 
 DIALOG_BASE* DIALOG_BASE::active_dialog = nullptr;
 
 namespace {
 
 constexpr std::int16_t DEFAULT_WIDTH = 400, DEFAULT_HEIGHT = 200;
-
-// A style set of the skin with the place at which it was found last.
-struct SKIN_STYLE {
-    const char* name;
-    std::int32_t index = -1;
-
-    WM_STYLE_SET& get() { return GUI_SKIN::get_style_set(name, nullptr, &index); }
-};
 
 SKIN_STYLE DIALOG_BACKGROUND_INDEX = {"DIALOG_BACKGROUND"};
 SKIN_STYLE DIALOG_TITLE_INDEX = {"DIALOG_TITLE"};
@@ -79,9 +73,12 @@ WM_STYLE_SET& get_button_style(signed char type, bool only_button, bool has_nega
     }
 }
 
+constexpr signed char ACTION_TYPES[] = {DIALOG_BUTTON_POSITIVE_ACTION,
+                                        DIALOG_BUTTON_NEGATIVE_ACTION, DIALOG_BUTTON_OTHER_ACTION};
+
 bool is_action_type(signed char type) {
-    return type == DIALOG_BUTTON_POSITIVE_ACTION || type == DIALOG_BUTTON_NEGATIVE_ACTION ||
-           type == DIALOG_BUTTON_OTHER_ACTION;
+    return std::find(std::begin(ACTION_TYPES), std::end(ACTION_TYPES), type) !=
+           std::end(ACTION_TYPES);
 }
 
 bool has_type(const DIALOG_BUTTON_INFO* infos, int count, signed char type) {
@@ -116,8 +113,14 @@ bool is_opaque(const IMAGE& image) {
     return true;
 }
 
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
+// Consumes the key if it is the last one pressed.
+bool take_key(KEY_TYPE key) {
+    KEYBOARD keyboard;
+    if (keyboard.peek_code() != key) {
+        return false;
+    }
+    keyboard.get_code();
+    return true;
 }
 
 }  // namespace
@@ -219,7 +222,7 @@ void DIALOG_BASE::setup_buttons(const DIALOG_BUTTON_INFO* infos, int count) {
             0, 0, -1, -1, get_button_style(info.type, count == 1, has_negative_action), info.text,
             nullptr, handle_callback, this, nullptr, BUTTON_EVENT_RELEASE, window, 1, 0);
         record.button->allowed_focus = true;
-        record.text = record.button->get_title_text();
+        record.text = record.button->title;
         record.data1 = info.data1;
         record.data2 = info.data2;
         record.type = info.type;
@@ -303,12 +306,6 @@ bool DIALOG_BASE::is_frame_opaque() const {
 
 // --- Buttons ---
 
-int DIALOG_BASE::get_button_count() const {
-    return static_cast<int>(
-        std::count_if(buttons.begin(), buttons.end(),
-                      [](const BUTTON_RECORD& record) { return record.button != nullptr; }));
-}
-
 const DIALOG_BASE::BUTTON_RECORD* DIALOG_BASE::find_record(const WM_SCREEN_OBJECT* button) const {
     for (const BUTTON_RECORD& record : buttons) {
         if (record.button != nullptr && record.button == button) {
@@ -343,7 +340,7 @@ void DIALOG_BASE::set_button_text(signed char type, const char* text) {
     for (BUTTON_RECORD& record : buttons) {
         if (record.button != nullptr && record.type == type) {
             record.button->set_string(text != nullptr ? text : "", 0);
-            record.text = record.button->get_title_text();
+            record.text = record.button->title;
         }
     }
 }
@@ -390,17 +387,14 @@ WM_MESG DIALOG_BASE::handle_callback(WM_SCREEN_OBJECT* button, void* dialog, voi
     for (BUTTON_RECORD& record : self.buttons) {
         record.was_enabled = record.button != nullptr && record.button->enabled;
     }
-    // The callback may be the end of the dialog.
-    const BUTTON_RECORD pressed = *found;
-    for (const BUTTON_RECORD& record : self.buttons) {
-        if (is_action_type(pressed.type) && record.button != nullptr &&
-            is_action_type(record.type)) {
-            self.set_button_enabled(record.type, 0);
+    if (is_action_type(found->type)) {
+        for (const signed char type : ACTION_TYPES) {
+            self.set_button_enabled(type, 0);
         }
     }
-    self.actioned = self.actioned || pressed.type > 0;
-    return pressed.callback != nullptr ? pressed.callback(button, pressed.data1, pressed.data2)
-                                       : WM_MESG_NONE;
+    self.actioned = found->type > 0;
+    return found->callback != nullptr ? found->callback(button, found->data1, found->data2)
+                                      : WM_MESG_NONE;
 }
 
 void DIALOG_BASE::reset_actioned() {
@@ -421,16 +415,6 @@ void DIALOG_BASE::reset_actioned() {
 }
 
 // --- The passes ---
-
-// Consumes the key if it is the last one pressed.
-bool DIALOG_BASE::take_key(std::int32_t key) const {
-    KEYBOARD keyboard;
-    if (keyboard.peek_code() != static_cast<KEY_TYPE>(key)) {
-        return false;
-    }
-    keyboard.get_code();
-    return true;
-}
 
 WM_MESG DIALOG_BASE::monitor() {
     active_dialog = this;
@@ -467,7 +451,7 @@ WM_MESG DIALOG_BASE::update(unsigned char modal_pass) {
 void DIALOG_BASE::resize(std::int16_t new_width, std::int16_t new_height, unsigned char children) {
     const std::int32_t dw = new_width - width, dh = new_height - height;
     WM_DIALOG::resize(new_width, new_height, 0);
-    const int count = get_button_count();
+    const int count = get_number_of_buttons(ANY_TYPE);
     for (int i = 0; i < count; ++i) {
         WM_BUTTON& button = *buttons[static_cast<std::size_t>(i)].button;
         const std::int32_t dx = count == 1 ? dw / 2 : i == 0 && count > 2 ? 0 : dw;
@@ -507,16 +491,12 @@ bool DIALOG_BASE::is_obscuring(std::int16_t x1, std::int16_t y1, std::int16_t x2
 
 void DIALOG_BASE::expand_text_box(TEXT_BOX& text_box, std::int16_t& added_x,
                                   std::int16_t& added_y) {
-    static std::int16_t DIALOG_AUTO_RESIZE_X_AMOUNT_INDEX = -1;
-    static std::int16_t DIALOG_AUTO_RESIZE_Y_AMOUNT_INDEX = -1;
+    static SKIN_CONSTANT DIALOG_AUTO_RESIZE_X_AMOUNT_INDEX = {"DIALOG_AUTO_RESIZE_X_AMOUNT"};
+    static SKIN_CONSTANT DIALOG_AUTO_RESIZE_Y_AMOUNT_INDEX = {"DIALOG_AUTO_RESIZE_Y_AMOUNT"};
     const std::int32_t amount_x =
-        std::max<std::int32_t>(GUI_SKIN::get_constant("DIALOG_AUTO_RESIZE_X_AMOUNT", nullptr,
-                                                      &DIALOG_AUTO_RESIZE_X_AMOUNT_INDEX),
-                               0);
+        std::max<std::int32_t>(DIALOG_AUTO_RESIZE_X_AMOUNT_INDEX.get(), 0);
     const std::int32_t amount_y =
-        std::max<std::int32_t>(GUI_SKIN::get_constant("DIALOG_AUTO_RESIZE_Y_AMOUNT", nullptr,
-                                                      &DIALOG_AUTO_RESIZE_Y_AMOUNT_INDEX),
-                               0);
+        std::max<std::int32_t>(DIALOG_AUTO_RESIZE_Y_AMOUNT_INDEX.get(), 0);
     std::int32_t max_x = 0, max_y = 0;
     get_window_size(max_x, max_y);
     // A dialog as large as the window grows no more, whatever its text.

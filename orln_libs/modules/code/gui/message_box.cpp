@@ -8,6 +8,8 @@
 #include "modules/winman/wm_animation.h"
 #include "modules/winman/wm_check_box.h"
 #include "modules/winman/wm_manager.h"
+#include "skin_lookup.h"
+#include "to_short.h"
 
 std::uint16_t MESSAGE_BOX::please_wait_animation_frame = MESSAGE_BOX::NO_FRAME;
 
@@ -15,27 +17,17 @@ namespace {
 
 // Between the text and what stands below it, and what is left free in all, in y spacings.
 constexpr std::int32_t SPACINGS_BELOW_TEXT = 2, SPACINGS_IN_ALL = 6;
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
+// A lower text box lays nothing out, and so would seem to hold every text.
+constexpr std::int32_t LEAST_TEXT_HEIGHT = 2;
 
 std::int32_t get_y_spacing() {
-    static std::int32_t DIALOG_BACKGROUND_INDEX = -1;
-    return GUI_SKIN::get_style_set("DIALOG_BACKGROUND", nullptr, &DIALOG_BACKGROUND_INDEX)
-        .y_spacing;
-}
-
-std::int16_t get_control_width() {
-    static std::int16_t DIALOG_DEFAULT_CONTROL_WIDTH_INDEX = -1;
-    return GUI_SKIN::get_constant("DIALOG_DEFAULT_CONTROL_WIDTH", nullptr,
-                                  &DIALOG_DEFAULT_CONTROL_WIDTH_INDEX);
+    static SKIN_STYLE DIALOG_BACKGROUND_INDEX = {"DIALOG_BACKGROUND"};
+    return DIALOG_BACKGROUND_INDEX.get().y_spacing;
 }
 
 std::int16_t get_control_height() {
-    static std::int16_t DIALOG_DEFAULT_CONTROL_HEIGHT_INDEX = -1;
-    return GUI_SKIN::get_constant("DIALOG_DEFAULT_CONTROL_HEIGHT", nullptr,
-                                  &DIALOG_DEFAULT_CONTROL_HEIGHT_INDEX);
+    static SKIN_CONSTANT DIALOG_DEFAULT_CONTROL_HEIGHT_INDEX = {"DIALOG_DEFAULT_CONTROL_HEIGHT"};
+    return DIALOG_DEFAULT_CONTROL_HEIGHT_INDEX.get();
 }
 
 IMAGE* get_please_wait_image() {
@@ -105,11 +97,10 @@ MESSAGE_BOX::~MESSAGE_BOX() {
 }
 
 void MESSAGE_BOX::setup(const char* text) {
-    static std::int16_t MESSAGE_BOX_WIDTH_INDEX = -1, MESSAGE_BOX_HEIGHT_INDEX = -1;
-    const std::int16_t box_width =
-        GUI_SKIN::get_constant("MESSAGE_BOX_WIDTH", nullptr, &MESSAGE_BOX_WIDTH_INDEX);
-    const std::int16_t box_height =
-        GUI_SKIN::get_constant("MESSAGE_BOX_HEIGHT", nullptr, &MESSAGE_BOX_HEIGHT_INDEX);
+    static SKIN_CONSTANT MESSAGE_BOX_WIDTH_INDEX = {"MESSAGE_BOX_WIDTH"};
+    static SKIN_CONSTANT MESSAGE_BOX_HEIGHT_INDEX = {"MESSAGE_BOX_HEIGHT"};
+    const std::int16_t box_width = MESSAGE_BOX_WIDTH_INDEX.get();
+    const std::int16_t box_height = MESSAGE_BOX_HEIGHT_INDEX.get();
     resize(box_width > 0 ? box_width : width, box_height > 0 ? box_height : height, 0);
     centre_x();
     centre_y();
@@ -123,7 +114,11 @@ void MESSAGE_BOX::setup(const char* text) {
     } else if (with_animation) {
         text_height -= SPACINGS_IN_ALL * y_spacing + get_please_wait_image()->height;
     }
-    text_height = std::max(text_height, 1);
+    if (text_height < LEAST_TEXT_HEIGHT) {
+        resize(width, to_short(height + LEAST_TEXT_HEIGHT - text_height), 0);
+        centre_y();
+        text_height = LEAST_TEXT_HEIGHT;
+    }
     auto* text_box = new TEXT_BOX(0, 0, to_short(contents->width - 1), to_short(text_height - 1),
                                   text, -1, nullptr, TBF_MULTI_LINE | TBF_FIXED_SIZE,
                                   "DIALOG_MESSAGE", nullptr, nullptr, nullptr, window);
@@ -139,16 +134,14 @@ void MESSAGE_BOX::setup(const char* text) {
 }
 
 void MESSAGE_BOX::add_please_wait(std::int16_t top) {
-    static std::int16_t MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_COUNT_INDEX = -1;
-    static std::int16_t MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_RATE_INDEX = -1;
+    static SKIN_CONSTANT MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_COUNT_INDEX = {
+        "MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_COUNT"};
+    static SKIN_CONSTANT MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_RATE_INDEX = {
+        "MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_RATE"};
     IMAGE* sheet = get_please_wait_image();
-    const std::int16_t frames =
-        GUI_SKIN::get_constant("MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_COUNT", nullptr,
-                               &MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_COUNT_INDEX);
+    const std::int16_t frames = MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_COUNT_INDEX.get();
     // In milliseconds a frame.
-    const std::int16_t rate =
-        GUI_SKIN::get_constant("MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_RATE", nullptr,
-                               &MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_RATE_INDEX);
+    const std::int16_t rate = MESSAGE_BOX_PLEASE_WAIT_ANIMATION_FRAME_RATE_INDEX.get();
     // A skin without the strip.
     if (frames < 1 || sheet->width < frames) {
         return;
@@ -163,11 +156,12 @@ void MESSAGE_BOX::add_please_wait(std::int16_t top) {
 }
 
 void MESSAGE_BOX::add_do_not_show(std::int16_t top) {
-    static std::int32_t DIALOG_CHECK_BOX_INDEX = -1;
-    do_not_show = new WM_CHECK_BOX(
-        0, top, GUI_SKIN::get_style_set("DIALOG_CHECK_BOX", nullptr, &DIALOG_CHECK_BOX_INDEX),
-        "Do Not Show This Again", nullptr, nullptr, nullptr, window);
-    const std::int16_t control_width = get_control_width(), control_height = get_control_height();
+    static SKIN_STYLE DIALOG_CHECK_BOX_INDEX = {"DIALOG_CHECK_BOX"};
+    static SKIN_CONSTANT DIALOG_DEFAULT_CONTROL_WIDTH_INDEX = {"DIALOG_DEFAULT_CONTROL_WIDTH"};
+    do_not_show = new WM_CHECK_BOX(0, top, DIALOG_CHECK_BOX_INDEX.get(), "Do Not Show This Again",
+                                   nullptr, nullptr, nullptr, window);
+    const std::int16_t control_width = DIALOG_DEFAULT_CONTROL_WIDTH_INDEX.get();
+    const std::int16_t control_height = get_control_height();
     do_not_show->resize(control_width > 0 ? control_width : do_not_show->width,
                         control_height > 0 ? control_height : do_not_show->height, 0);
     do_not_show->move(to_short((contents->width - do_not_show->width) / 2), top);

@@ -139,20 +139,25 @@ std::int16_t PANEL_FRAME::get_internal_height() const {
     return internal->get_height();
 }
 
-void PANEL_FRAME::set_title(const char* text, unsigned char keep_position) {
-    if (title != nullptr) {
-        title_holder->remove_object(title, 1, 0);
-        title = nullptr;
-    }
-    if (text == nullptr || *text == '\0') {
-        return;
-    }
+TEXT_BOX* PANEL_FRAME::make_title(const char* text) const {
     char style[PREFIX_SIZE + sizeof "_PANEL_FRAME_TITLE"] = "PANEL_FRAME_TITLE";
     if (*skin_prefix != '\0') {
         std::snprintf(style, sizeof style, "%s_PANEL_FRAME_TITLE", skin_prefix);
     }
-    title =
-        new TEXT_BOX(0, 0, -1, -1, text, -1, nullptr, 0, style, nullptr, nullptr, nullptr, window);
+    return new TEXT_BOX(0, 0, -1, -1, text, -1, nullptr, 0, style, nullptr, nullptr, nullptr,
+                        window);
+}
+
+void PANEL_FRAME::set_title(const char* text, unsigned char keep_position) {
+    TEXT_BOX* const old_title = title;
+    title = text != nullptr && *text != '\0' ? make_title(text) : nullptr;
+    // Only now, as the text may be its own.
+    if (old_title != nullptr) {
+        title_holder->remove_object(old_title, 1, 0);
+    }
+    if (title == nullptr) {
+        return;
+    }
     const INNER_RECT inner(*title_holder);
     if (title->width > inner.width) {
         title->resize(static_cast<std::int16_t>(inner.width), title->height, 0);
@@ -205,6 +210,7 @@ void PANEL_FRAME::open_tab_menu(WM_SCREEN_OBJECT& button) {
     const bool at_pointer = button.is_in_me(MOUSE::x, MOUSE::y);
     tab_menu->move(at_pointer ? MOUSE::x : button.x,
                    at_pointer ? MOUSE::y : static_cast<std::int16_t>(button.y + button.height));
+    tab_menu->calc_new_size();  // the window may be another size now; keeps the menu inside it
     tab_menu->reset();
     tab_menu->clear();
     add_modal_object(tab_menu.get(), 0);

@@ -35,7 +35,8 @@ std::int32_t share_width(const PTRARRAY& list, const PTRARRAY& widths, std::int3
     for (std::int32_t i = 0; i < count; ++i) {
         total += number_from_pointer(widths[i]);
     }
-    const std::int32_t percent = total > room ? std::max(room, 0) * 100 / total : 100;
+    room = std::max(room, 0);
+    const std::int32_t percent = total > room ? room * 100 / total : 100;
     std::int32_t used = std::max(count - 1, 0) * spacing;
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int32_t shared = number_from_pointer(widths[i]) * percent / 100;

@@ -9,6 +9,7 @@
 #include "modules/winman/wm_script.h"
 #include "panel_frame_data.h"
 #include "skin_lookup.h"
+#include "to_short.h"
 
 namespace {
 
@@ -50,10 +51,6 @@ SKIN_STYLE BOTTOM_LAST_INDEX[] = {{"PANEL_FRAME_BOTTOM_LAST"}, {"PANEL_FRAME_BOT
 SKIN_STYLE CENTRE_INDEX[] = {{"PANEL_FRAME_CENTRE"}, {"PANEL_FRAME_CENTRE_HOLDER"}};
 SKIN_STYLE CENTRE_SMALL_BORDER_INDEX[] = {{"PANEL_FRAME_CENTRE_SMALL_BORDER"},
                                           {"PANEL_FRAME_CENTRE_HOLDER_SMALL_BORDER"}};
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(std::clamp(value, -32768, 32767));
-}
 
 TAB_POSITION get_position(std::int32_t index, std::int32_t count) {
     return index == 0 ? TAB_FIRST : index == count - 1 ? TAB_LAST : TAB_MID;

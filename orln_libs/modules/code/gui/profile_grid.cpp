@@ -11,6 +11,7 @@
 #include "modules/winman/wm_grid.h"
 #include "modules/winman/wm_script.h"
 #include "skin_lookup.h"
+#include "to_short.h"
 
 namespace {
 
@@ -120,9 +121,8 @@ PROFILE_GRID::PROFILE_GRID(std::int16_t x1, std::int16_t y1, std::int16_t x2, st
     }
     const std::int32_t unit = PROFILE_ROW_HEIGHT_INDEX.get(skin_prefix);
     const std::int32_t pitch = mode == MODE_REPORT ? unit : 2 * unit;
-    grid->set_row_height(pitch == 0
-                             ? WM_GRID::calc_min_row_height(style, nullptr)
-                             : static_cast<std::int16_t>(std::max(pitch - style.y_spacing, 1)));
+    grid->set_row_height(pitch == 0 ? WM_GRID::calc_min_row_height(style, nullptr)
+                                    : to_short(std::max(pitch - style.y_spacing, 1)));
 }
 
 // Null where no title may stand.
@@ -194,7 +194,7 @@ WM_GRID* PROFILE_GRID::add_nested(std::int16_t column, std::int16_t row, const c
 bool PROFILE_GRID::finish_nested(WM_GRID& cell, std::int16_t column, std::int16_t row,
                                  WM_SCREEN_OBJECT* value) {
     const bool added = cell.add_object(1, 0, value) != nullptr;
-    set_border_gaps(cell, column, row);
+    adjust_cell(column, row);
     return added;
 }
 
@@ -260,8 +260,10 @@ std::int16_t PROFILE_GRID::get_number_of_rows() const {
 void PROFILE_GRID::delete_rows(std::int16_t from, std::int16_t to) {
     grid->delete_rows(from, to);
     // What has moved up stands beside other pictures now.
-    for (std::int16_t column = 0; column < grid->default_columns; ++column) {
-        adjust_cells(column, 0);
+    for (std::int16_t row = 0; row < grid->row_count; ++row) {
+        for (std::int16_t column = 0; column < get_number_of_columns(row); ++column) {
+            adjust_cell(column, row);
+        }
     }
 }
 
@@ -333,7 +335,11 @@ unsigned char PROFILE_GRID::set_special_object(std::int16_t x1, std::int16_t y1,
         !grid->get_cell_coords(x2, y2, unused, unused, right, bottom)) {
         return 0;
     }
-    clear_special_object();
+    if (object == special_object) {
+        remove_object(object, 0, 0);
+    } else {
+        clear_special_object();
+    }
     special_object = object;
     object->resize(static_cast<std::int16_t>(std::max(right - left + 1, 0)),
                    static_cast<std::int16_t>(std::max(bottom - top + 1, 0)), 0);

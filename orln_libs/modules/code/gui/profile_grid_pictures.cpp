@@ -179,19 +179,21 @@ std::int16_t PROFILE_GRID::get_right_border_adjustment(std::int16_t column,
     return get_border_adjustment(right_images, column, row);
 }
 
-void PROFILE_GRID::set_border_gaps(WM_GRID& cell, std::int16_t column, std::int16_t row) const {
+void PROFILE_GRID::adjust_cell(std::int16_t column, std::int16_t row) {
+    WM_GRID* const cell = get_nested(column, row);
+    if (cell == nullptr) {
+        return;
+    }
     const WM_STYLE_SET& blank = BLANK_INDEX.get();
-    cell.grid_style.border_left_gap = static_cast<std::uint16_t>(
+    cell->grid_style.border_left_gap = static_cast<std::uint16_t>(
         blank.get_object_left_gap() + get_left_border_adjustment(column, row));
-    cell.grid_style.border_right_gap = static_cast<std::uint16_t>(
+    cell->grid_style.border_right_gap = static_cast<std::uint16_t>(
         blank.get_object_right_gap() + get_right_border_adjustment(column, row));
-    cell.refresh_layout();
+    cell->refresh_layout();
 }
 
 void PROFILE_GRID::adjust_cells(std::int16_t column, std::int16_t from_row) {
     for (std::int16_t row = from_row; row < grid->row_count; ++row) {
-        if (WM_GRID* const cell = get_nested(column, row)) {
-            set_border_gaps(*cell, column, row);
-        }
+        adjust_cell(column, row);
     }
 }

@@ -1,10 +1,11 @@
 #include "modules/gui/tagged_text.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "text_piece.h"
 
@@ -14,6 +15,14 @@ constexpr unsigned char FIRST_PRINTABLE = 33;  // the characters below end a wor
 
 bool ends_word(char c) {
     return static_cast<unsigned char>(c) < FIRST_PRINTABLE;
+}
+
+// With room for as many again, as the array itself grows by a fixed step.
+bool add_entry(PTRARRAY& array, void* entry) {
+    if (array.get_count() == array.get_capacity()) {
+        array.allocate(array.get_count() + std::max(array.get_count(), array.get_grow_step()));
+    }
+    return array.add(entry);
 }
 
 // Where the ":", "#" and ">" of a tag stand that begins at `start`. Each is looked for behind the
@@ -31,22 +40,24 @@ bool find_marks(std::string_view text, std::size_t start, TAG_MARKS& marks) {
 
 }  // namespace
 
-// The walk through a working copy of the text. What a tag's name leaves of the tag is moved right,
-// over the rest of it, and walked as running text.
+// The walk through the text. The name of a tag is walked like any other text; the gap behind it,
+// from the ":" to the ">", is passed over when the walk comes to it. A name may hold the "<" of
+// another tag, whose ":" is then found behind the first one's ">", so that several gaps may lie
+// ahead.
 class TAGGED_TEXT::SPLITTER {
 public:
-    explicit SPLITTER(TAGGED_TEXT& split) : owner(split), work(split.text) {}
+    explicit SPLITTER(TAGGED_TEXT& split) : owner(split), text(split.text) {}
 
     void run() {
-        while (at < work.size()) {
-            if (work[at] == '<') {
+        for (; at < text.size(); pass_gaps()) {
+            if (text[at] == '<') {
                 if (!take_tag()) {
                     break;
                 }
-            } else if (ends_word(work[at]) && !(work[at] == ' ' && at < span_end)) {
+            } else if (ends_word(text[at]) && !(text[at] == ' ' && is_in_name())) {
                 take_separator();
             } else {
-                append(work[at]);
+                append(text[at]);
                 ++at;
             }
         }
@@ -54,49 +65,71 @@ public:
     }
 
 private:
-    std::string_view get_piece(std::size_t from, std::size_t to) const {
-        return std::string_view(work).substr(from, to - from);
-    }
+    struct GAP {
+        std::size_t start, end;  // `end` isn't part of it
+    };
 
+    bool is_in_name() const { return next_gap < gaps.size(); }
+
+    // No name holds a ":", so that the search for one goes on behind the last gap.
     bool take_tag() {
-        TAG_MARKS marks;
         const std::size_t name = at + 1;
-        if (!find_marks(work, name, marks)) {
+        TAG_MARKS marks;
+        if (!find_marks(text, is_in_name() ? gaps.back().end : name, marks)) {
             return false;
         }
         auto record = std::make_unique<TEXT_BOX_TAG>();
-        copy_text_piece(record->name, get_piece(name, marks.colon));
-        copy_text_piece(record->type, get_piece(marks.colon + 1, marks.hash));
-        copy_text_piece(record->value, get_piece(marks.hash + 1, marks.end));
+        copy_text_piece(record->name, get_name(name, marks.colon));
+        copy_text_piece(record->type, text.substr(marks.colon + 1, marks.hash - marks.colon - 1));
+        copy_text_piece(record->value, text.substr(marks.hash + 1, marks.end - marks.hash - 1));
         tag = record.get();
-        if (owner.tags.add(tag)) {
+        if (add_entry(owner.tags, tag)) {
             static_cast<void>(record.release());  // the array owns it
         } else {
             tag = nullptr;
         }
-        const std::size_t length = marks.colon - name;
-        at = marks.end + 1 - length;
-        std::memmove(work.data() + at, work.data() + name, length);
-        set_span(at, at + length);
+        add_gap({marks.colon, marks.end + 1});
+        at = name;
+        in_punctuation = false;
         return true;
     }
 
-    // Punctuation behind a tag belongs to its last word.
-    void set_span(std::size_t start, std::size_t end) {
-        span_start = start;
-        span_end = end;
-        if (end < work.size() && std::strchr(".,';", work[end]) != nullptr) {
-            while (span_end < work.size() && !ends_word(work[span_end])) {
-                ++span_end;
+    void add_gap(const GAP& gap) {
+        if (is_in_name() && gaps.back().end == gap.start) {
+            gaps.back().end = gap.end;
+        } else {
+            gaps.push_back(gap);
+        }
+    }
+
+    // Of the text between two places what lies in no gap, as far as a record can hold it.
+    std::string get_name(std::size_t from, std::size_t to) const {
+        std::string name;
+        for (std::size_t gap = next_gap; from < to && name.size() < TEXT_BOX_TAG::TEXT_SIZE;) {
+            if (gap < gaps.size() && gaps[gap].start == from) {
+                from = gaps[gap++].end;
+            } else {
+                name.push_back(text[from++]);
             }
+        }
+        return name;
+    }
+
+    // Behind the last gap the name is over, but punctuation there belongs to its last word.
+    void pass_gaps() {
+        while (is_in_name() && gaps[next_gap].start == at) {
+            at = gaps[next_gap++].end;
+            in_punctuation = !is_in_name() && at < text.size() &&
+                             std::string_view(".,';").find(text[at]) != std::string_view::npos;
         }
     }
 
     // A space or a line feed is a word of its own; any other control character goes.
     void take_separator() {
         finish_word();
-        if (work[at] == ' ' || work[at] == '\n') {
-            append(work[at]);
+        in_punctuation = false;
+        if (text[at] == ' ' || text[at] == '\n') {
+            append(text[at]);
             finish_word();
         }
         ++at;
@@ -104,8 +137,7 @@ private:
 
     void append(char c) {
         if (word.empty()) {
-            const bool inside = tag != nullptr && at >= span_start && at < span_end;
-            word_tag = inside ? tag : nullptr;
+            word_tag = is_in_name() || in_punctuation ? tag : nullptr;
         }
         word.push_back(c);
         if (word.size() == sizeof(TAGGED_TEXT_WORD::text) - 1) {
@@ -120,17 +152,19 @@ private:
         auto record = std::make_unique<TAGGED_TEXT_WORD>();
         copy_text_piece(record->text, word);
         record->tag = word_tag;
-        if (owner.words.add(record.get())) {
+        if (add_entry(owner.words, record.get())) {
             static_cast<void>(record.release());
         }
         word.clear();
     }
 
     TAGGED_TEXT& owner;
-    std::string work;
+    const std::string_view text;
     std::size_t at = 0;
-    std::size_t span_start = 0, span_end = 0;  // the last tag's name in `work`
-    TEXT_BOX_TAG* tag = nullptr;               // the last one
+    std::vector<GAP> gaps;  // in the order of the text; those before `next_gap` have been passed
+    std::size_t next_gap = 0;
+    bool in_punctuation = false;
+    TEXT_BOX_TAG* tag = nullptr;  // the last one
     std::string word;
     const TEXT_BOX_TAG* word_tag = nullptr;
 };
@@ -159,32 +193,55 @@ void TAGGED_TEXT::set_text(const char* source) {
     SPLITTER(*this).run();
 }
 
-// The text behind the scan, which has no tags any more, is kept at the end of the buffer. So a tag
-// costs only the moving of its name, not that of all that stands behind it.
+namespace {
+
+// The first such character at or after `from` that isn't in a removed stretch; the text's length if
+// there is none. `skips` has the index behind a stretch at the stretch's start, and else 0.
+std::size_t find_kept(std::string_view text, const std::vector<std::size_t>& skips, char wanted,
+                      std::size_t from) {
+    while (from < text.size() && (skips[from] != 0 || text[from] != wanted)) {
+        from = skips[from] != 0 ? skips[from] : from + 1;
+    }
+    return from;
+}
+
+}  // namespace
+
+// What is walked over in search of a tag's end is removed with the tag, so that the work grows with
+// the text only.
 char* TAGGED_TEXT::remove_tags_from_text(char* source) {
     constexpr std::size_t SHORTEST_TAG = 4;
-    const std::size_t size = source != nullptr ? std::strlen(source) : 0;
-    if (size < SHORTEST_TAG) {
+    const std::string_view text(source != nullptr ? source : "");
+    if (text.find('<') == text.npos) {
         return source;
     }
-    std::size_t unread = size - SHORTEST_TAG + 1;  // characters before the scan
-    std::size_t done = unread;                     // where the text behind it begins
-    while (unread > 0) {
-        const char c = source[unread - 1];
-        if (c != '<') {
-            source[--done] = source[--unread];
-            continue;
+    std::vector<std::size_t> skips(text.size());
+    std::vector<std::size_t> colons;  // those behind the scan, the nearest one last
+    for (std::size_t i = text.size(); i-- > 0;) {
+        if (text[i] == ':') {
+            colons.push_back(i);
+        } else if (text[i] == '<' && i + SHORTEST_TAG <= text.size()) {
+            const std::size_t colon = colons.empty() ? text.size() : colons.back();
+            const std::size_t hash = find_kept(text, skips, '#', colon);
+            const std::size_t end = find_kept(text, skips, '>', hash);
+            if (end == text.size()) {
+                break;
+            }
+            while (!colons.empty() && colons.back() <= end) {
+                colons.pop_back();
+            }
+            skips[i] = i + 1;
+            skips[colon] = end + 1;
         }
-        TAG_MARKS marks;
-        if (!find_marks(std::string_view(source, size), done, marks)) {
-            break;
-        }
-        const std::size_t length = marks.colon - done;
-        const std::size_t name = marks.end + 1 - length;
-        std::memmove(source + name, source + done, length);
-        done = name;
-        --unread;
     }
-    std::memmove(source + unread, source + done, size - done + 1);
+    char* out = source;
+    for (std::size_t i = 0; i < text.size();) {
+        if (skips[i] != 0) {
+            i = skips[i];
+        } else {
+            *out++ = source[i++];
+        }
+    }
+    *out = '\0';
     return source;
 }

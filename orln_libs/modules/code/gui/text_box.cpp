@@ -39,7 +39,8 @@ TEXT_BOX::TEXT_BOX(std::int16_t x1, std::int16_t y1, std::int16_t x2, std::int16
       valid_chars(valid_chars_),
       flags(flags_),
       tags(0, 0, delete_entry<TEXT_BOX_TAG>),
-      history(0, 0, delete_history_entry) {
+      history(0, 0, delete_history_entry),
+      retired_tags(0, 0, delete_entry<TEXT_BOX_TAG>) {
     KVCORE::copy_text_field(style_prefix, style_prefix_);
     type_flags |= WMF_COMPOSITE;
     allowed_focus = is_focusable(flags);
@@ -72,17 +73,33 @@ void TEXT_BOX::discard_children() {
     grid = nullptr;
     info = nullptr;
     prefix_word = nullptr;
+    WM_SCREEN_OBJECT* const discarded = background;
+    background = nullptr;
     // A button whose callback is running stays until that is over.
     const bool retires = tag_clicked && retired == nullptr;
-    if (background != nullptr) {
-        remove_object(background, !retires, 0);
-        retired.reset(retires ? background : nullptr);
-        background = nullptr;
+    remove_object(discarded, !retires, 0);
+    if (retires) {
+        retired.reset(discarded);
+        retire_tags();
     }
     tags.clear();
 }
 
+void TEXT_BOX::drop_retired() {
+    retired.reset();
+    retired_tags.clear();
+}
+
+// What stands in the retired background may still refer to them.
+void TEXT_BOX::retire_tags() {
+    retired_tags.set(&tags);
+    tags.set_delete_function(nullptr);
+    tags.clear();
+    tags.set_delete_function(delete_entry<TEXT_BOX_TAG>);
+}
+
 void TEXT_BOX::rebuild() {
+    const SCROLL_PLACE scrolled = get_scroll_place();
     IMAGE icon;
     icon.copy_pixels_from(get_icon_image());
     discard_children();
@@ -91,6 +108,7 @@ void TEXT_BOX::rebuild() {
         set_icon_image(icon);
     }
     refresh();
+    set_scroll_place(scrolled);
 }
 
 // --- Text ---
@@ -149,7 +167,7 @@ bool TEXT_BOX::insert_text(const char* more) {
     std::int32_t index = 0;
     const auto length = static_cast<std::int32_t>(text.size());
     const bool has_cursor =
-        cursor_row >= 0 &&
+        cursor_row >= 0 && !default_text_shown &&
         get_text_index_from_char(cursor_column, cursor_row, cursor_x, cursor_offset, index);
     index = has_cursor ? std::clamp(index, 0, length) : length;
     text.insert(static_cast<std::size_t>(index), more);
@@ -174,7 +192,7 @@ bool TEXT_BOX::append_text(const char* more) {
 void TEXT_BOX::set_prefix_text(const char* source) {
     prefix_text.set(source);
     if (!(flags & TBF_MULTI_LINE) && !shows_default_text()) {
-        refresh();
+        refresh_in_place();
     }
 }
 
@@ -188,12 +206,13 @@ void TEXT_BOX::set_default_text(const char* source) {
 
 void TEXT_BOX::set_max_text_length(std::int32_t length) {
     max_text_length = std::max(length, static_cast<std::int32_t>(text.size()));
+    show_info();
 }
 
 void TEXT_BOX::set_enabled(unsigned char on) {
     if (enabled != (on != 0)) {
         enabled = on != 0;
-        refresh();
+        refresh_in_place();
     }
 }
 
@@ -201,7 +220,7 @@ void TEXT_BOX::set_flags(std::uint32_t new_flags) {
     if (flags != new_flags) {
         flags = new_flags;
         allowed_focus = is_focusable(flags);
-        refresh();
+        refresh_in_place();
     }
 }
 
@@ -235,7 +254,7 @@ void TEXT_BOX::update_fit_hint(bool wanted) {
 void TEXT_BOX::move_cursor_to_end() {
     std::int16_t column = -1, row = -1, at_x = -1;
     std::int32_t offset = -1;
-    if (grid == nullptr || grid->row_count == 0) {
+    if (grid == nullptr || grid->row_count == 0 || default_text_shown) {
         return;
     }
     find_text_end(-1, -1, -1, -1, column, row, at_x, offset);
@@ -301,6 +320,18 @@ void TEXT_BOX::set_scroll_to_bottom() {
 
 bool TEXT_BOX::get_scrolling() const {
     return grid != nullptr && grid->is_overflowing();
+}
+
+TEXT_BOX::SCROLL_PLACE TEXT_BOX::get_scroll_place() const {
+    return {get_scrolling() && get_scrolled_to_bottom(),
+            grid != nullptr ? grid->get_scroll_position() : 0};
+}
+
+void TEXT_BOX::set_scroll_place(const SCROLL_PLACE& place) {
+    if (grid != nullptr) {
+        grid->set_scroll_to_position(place.at_bottom ? INT32_MAX : place.above);
+        grid->check_scrolling();
+    }
 }
 
 // --- Object ---

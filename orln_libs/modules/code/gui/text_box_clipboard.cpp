@@ -9,6 +9,7 @@
 #include "modules/gui/text_box.h"
 #include "platform/window_platform.h"
 #include "text_box_position.h"
+#include "text_piece.h"
 
 namespace {
 
@@ -35,10 +36,6 @@ std::string remove_control_chars(std::string_view source, bool multi_line) {
     return result;
 }
 
-bool equals_ignoring_case(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && ::strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
-
 // Only whole tags stay, up to the first "<" that begins none, and of these no indents.
 std::string remove_broken_tags(std::string_view source) {
     TEXT_BOX_TAG_FINDER finder(source);
@@ -53,8 +50,7 @@ std::string remove_broken_tags(std::string_view source) {
         }
         i = static_cast<std::size_t>(place.value_end) + 1;
         const std::string_view type = finder.get_type(place);
-        if (!equals_ignoring_case(type, "fix_indent") &&
-            !equals_ignoring_case(type, "unfix_indent")) {
+        if (!is_same_word(type, "fix_indent") && !is_same_word(type, "unfix_indent")) {
             result += source.substr(tag, i - tag);
         }
     }

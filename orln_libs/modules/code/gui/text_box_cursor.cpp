@@ -95,16 +95,36 @@ void TEXT_BOX::move_cursor(std::int16_t column, std::int16_t row, std::int16_t n
     scroll_into_view(position);
 }
 
+// Behind a word's last character the caret stands on the word's last pixels. So it does at the end
+// of a line that leaves no room for more.
+TEXT_BOX_WORD* TEXT_BOX::find_caret_word(std::int16_t& caret_x) const {
+    const TEXT_BOX_NAVIGATOR navigator(*this);
+    std::int16_t column = cursor_column;
+    TEXT_BOX_WORD* word = navigator.get_word(column, cursor_row);
+    caret_x = cursor_x;
+    while (word != nullptr && word->width < 1 && column > 0) {
+        word = navigator.get_word(--column, cursor_row);
+        caret_x = INT16_MAX;
+    }
+    if (word != nullptr) {
+        const std::int32_t last = std::max(word->width - 1, 0);
+        caret_x = static_cast<std::int16_t>(std::min<std::int32_t>(caret_x, last));
+    }
+    return word;
+}
+
 void TEXT_BOX::show_cursor() {
-    TEXT_BOX_WORD* word = TEXT_BOX_NAVIGATOR(*this).get_word(cursor_column, cursor_row);
-    if (word != nullptr && word->cursor_x != cursor_x) {
-        word->cursor_x = cursor_x;
+    std::int16_t caret_x = -1;
+    TEXT_BOX_WORD* word = find_caret_word(caret_x);
+    if (word != nullptr && word->cursor_x != caret_x) {
+        word->cursor_x = caret_x;
         word->request_draw(0, 0);
     }
 }
 
 void TEXT_BOX::hide_cursor() {
-    TEXT_BOX_WORD* word = TEXT_BOX_NAVIGATOR(*this).get_word(cursor_column, cursor_row);
+    std::int16_t caret_x = -1;
+    TEXT_BOX_WORD* word = find_caret_word(caret_x);
     if (word != nullptr && word->cursor_x != -1) {
         word->cursor_x = -1;
         word->request_draw(0, 0);
@@ -139,6 +159,17 @@ void TEXT_BOX::refresh_at(std::int32_t index) {
     }
     if (has_focus()) {
         show_cursor_or_selection();
+    }
+}
+
+void TEXT_BOX::refresh_in_place() {
+    std::int32_t index = 0;
+    const bool keeps = (flags & TBF_EDITABLE) && !default_text_shown &&
+                       TEXT_BOX_NAVIGATOR(*this).get_index(get_moving_end(), index);
+    if (keeps) {
+        refresh_at(index);
+    } else {
+        refresh();
     }
 }
 

@@ -41,10 +41,6 @@ bool TEXT_BOX_LAYOUT::run() {
     return !outgrown;
 }
 
-bool TEXT_BOX_LAYOUT::is_dropped(char c) {
-    return static_cast<unsigned char>(c) < ' ' && c != '\n';
-}
-
 char TEXT_BOX_LAYOUT::get_character(std::int32_t index) const {
     const char c = text[static_cast<std::size_t>(index)];
     return c == '\n' && !multi_line ? ' ' : c;

@@ -41,6 +41,9 @@ public:
     std::int32_t get_index() const { return at; }
     std::int32_t get_extent() const { return extent; }
 
+    // A control character, which no word shows.
+    static bool is_dropped(char c) { return static_cast<unsigned char>(c) < ' ' && c != '\n'; }
+
 private:
     using WORD = std::unique_ptr<TEXT_BOX_WORD>;
     using TAG_ACTION = void (TEXT_BOX_LAYOUT::*)(const TEXT_BOX_TAG_PLACE& place);
@@ -61,8 +64,9 @@ private:
 
     static constexpr std::size_t MAX_WORD = 1023;
     static constexpr std::size_t MAX_INDENTS = 10;
-    // The columns of a row, and its pixels, are 16-bit.
-    static constexpr std::int32_t MAX_LINE_WORDS = INT16_MAX - 1;
+    // The columns of a row, and its pixels, are 16-bit. There is room for the end of the line, and
+    // before it for the first piece of a word that is cut.
+    static constexpr std::int32_t MAX_LINE_WORDS = INT16_MAX - 2;
 
     // --- The walk ---
     void take_character();
@@ -70,7 +74,6 @@ private:
     bool is_tag_start(char c) const { return c == '<' && !(box.flags & TBF_NO_TAGS); }
     // A line feed of a single line is a space.
     char get_character(std::int32_t index) const;
-    static bool is_dropped(char c);
 
     // --- Words ---
     void finish_word();

@@ -31,6 +31,8 @@ WM_MESG TEXT_BOX::monitor() {
     MOUSE_TICK mouse = track_mouse();
     if (had_focus && !has_focus()) {
         show_focus_loss();
+    } else if (has_focus() && (!had_focus || !get_cursor().is_set())) {
+        show_focus_return();
     }
     had_focus = has_focus();
     if (!enabled || !visible) {
@@ -194,6 +196,18 @@ void TEXT_BOX::show_focus_loss() {
         hide_cursor();
         hide_selection();
     }
+}
+
+// The focus came back with its window, or a new layout has left no cursor. The view stays.
+void TEXT_BOX::show_focus_return() {
+    if (default_text_shown) {
+        refresh();
+    }
+    TEXT_BOX_POSITION end;
+    if (!get_cursor().is_set() && TEXT_BOX_NAVIGATOR(*this).find_text_end({}, end)) {
+        set_cursor(end);
+    }
+    show_cursor_or_selection();
 }
 
 // --- The line below the text ---

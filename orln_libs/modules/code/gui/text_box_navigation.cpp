@@ -5,14 +5,10 @@
 #include "modules/gui/text_box_word.h"
 #include "modules/winman/window_manager.h"
 #include "modules/winman/wm_grid.h"
+#include "text_box_layout.h"
 #include "text_box_position.h"
 
 namespace {
-
-// What the layout leaves out of the words.
-bool is_dropped(char character) {
-    return static_cast<unsigned char>(character) < ' ' && character != '\n';
-}
 
 // The count of leading characters that are not wider than `width`.
 std::int32_t count_chars(const TEXT_BOX_WORD& word, std::int32_t width) {
@@ -55,9 +51,9 @@ bool TEXT_BOX_NAVIGATOR::is_line_end(std::int16_t column, std::int16_t row) cons
     return column == get_last_column(row);
 }
 
+// A plain word shows its "<", or a star for it.
 bool TEXT_BOX_NAVIGATOR::is_unit(const TEXT_BOX_WORD& word) const {
-    const std::int32_t extent = word.text_end - word.text_start + 1;
-    return extent != word.get_text_length() && !(box.flags & TBF_NO_TAGS) && word.text_start >= 0 &&
+    return (word.text.empty() || word.text.front() == ' ') && word.text_start >= 0 &&
            word.text_start < static_cast<std::int32_t>(box.text.size()) &&
            box.text[static_cast<std::size_t>(word.text_start)] == '<';
 }
@@ -126,7 +122,8 @@ bool TEXT_BOX_NAVIGATOR::get_index(const TEXT_BOX_POSITION& position, std::int32
     } else {
         index = word->text_start;
         for (std::int32_t left = position.offset; index < length; ++index) {
-            if (!is_dropped(box.text[static_cast<std::size_t>(index)]) && left-- <= 0) {
+            const char character = box.text[static_cast<std::size_t>(index)];
+            if (!TEXT_BOX_LAYOUT::is_dropped(character) && left-- <= 0) {
                 break;
             }
         }
@@ -182,7 +179,8 @@ bool TEXT_BOX_NAVIGATOR::find_in_row(std::int32_t index, std::int16_t row,
         if (index <= word->text_end) {
             std::int32_t offset = 0;
             for (std::int32_t i = word->text_start; i < index; ++i) {
-                offset += is_dropped(box.text[static_cast<std::size_t>(i)]) ? 0 : 1;
+                const char character = box.text[static_cast<std::size_t>(i)];
+                offset += TEXT_BOX_LAYOUT::is_dropped(character) ? 0 : 1;
             }
             position = make(column, row, std::min(offset, word->get_text_length()));
             return true;

@@ -248,13 +248,12 @@ void TEXT_BOX::refresh(unsigned char /*unused*/) {
         return;
     }
     if (!tag_clicked) {
-        retired.reset();
+        drop_retired();
     } else if (retired == nullptr) {
         rebuild();
         return;
     }
-    const bool was_at_bottom = get_scrolling() && get_scrolled_to_bottom();
-    const std::int32_t scrolled = grid != nullptr ? grid->get_scroll_position() : 0;
+    const SCROLL_PLACE scrolled = get_scroll_place();
     lay_out();
     if (auto_width || auto_height) {
         shrink_to_text();
@@ -262,8 +261,7 @@ void TEXT_BOX::refresh(unsigned char /*unused*/) {
     }
     clear_positions();
     grid->first_visible = grid->last_visible = -1;  // the rows have been given their offsets
-    grid->set_scroll_to_position(was_at_bottom ? INT32_MAX : scrolled);
-    grid->check_scrolling();
+    set_scroll_place(scrolled);
     show_info();
     redraw();
 }

@@ -112,6 +112,9 @@ void TEXT_BOX::select_all() {
 
 bool TEXT_BOX::get_selected_range(TEXT_BOX_RANGE& range) const {
     const TEXT_BOX_NAVIGATOR navigator(*this);
+    if (default_text_shown) {
+        return false;
+    }
     if (!has_selection()) {
         const bool found = navigator.get_index(get_cursor(), range.start);
         range.end = range.start;

@@ -10,8 +10,8 @@
 #include "modules/winman/wm_grid.h"
 #include "modules/winman/wm_script.h"
 #include "platform/font_manager.h"
-#include "platform/text_tools.h"
 #include "text_box_layout.h"
+#include "text_piece.h"
 #include "to_short.h"
 
 namespace {
@@ -19,12 +19,6 @@ namespace {
 constexpr std::int32_t MAX_FONT_DELTA = 10;
 constexpr std::intptr_t TAG_CALLBACK = 7;  // the first value of handle_callback
 constexpr std::string_view POSSESSIVE = "'s";
-
-bool is_same_word(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [&](char left, char right) { return lower(left) == lower(right); });
-}
 
 // The number at the start of a text; 0 if there is none or it doesn't fit.
 template <class NUMBER>
@@ -34,14 +28,16 @@ NUMBER read_number(std::string_view text) {
     return result.ec == std::errc() ? number : NUMBER{0};
 }
 
-// "%ld,%ld".
+// "%ld,%ld": blanks may stand before each number, and anything behind the second.
 bool read_two_numbers(const char* text, std::int32_t& first, std::int32_t& second) {
     const char* const end = text + std::strlen(text);
-    const auto one = std::from_chars(text, end, first);
-    if (one.ec != std::errc() || *one.ptr != ',') {
-        return false;
-    }
-    return std::from_chars(one.ptr + 1, end, second).ec == std::errc();
+    const auto read = [&](std::int32_t& number) {
+        text += std::strspn(text, " \t");
+        const auto result = std::from_chars(text, end, number);
+        text = result.ptr;
+        return result.ec == std::errc();
+    };
+    return read(first) && *text++ == ',' && read(second);
 }
 
 void* to_data(std::intptr_t number) {
@@ -192,9 +188,10 @@ void TEXT_BOX_LAYOUT::take_default(const TEXT_BOX_TAG_PLACE& /*place*/) {
     }
 }
 
-// The word is as high as the row, so that the separator keeps its own height in the middle of it.
+// The word is as high as the row, so that the separator keeps its own height in the middle of it. A
+// box that is about to take the width of its text takes none from a separator.
 void TEXT_BOX_LAYOUT::take_separator(const TEXT_BOX_TAG_PLACE& place) {
-    const std::int32_t width = std::max(get_room() - line_x - 1, 1);
+    const std::int32_t width = box.auto_width ? 1 : std::max(get_room() - line_x - 1, 1);
     const std::int32_t row_height =
         box.grid->row_height - WM_GRID::calc_y_cell_gap_from_style_set(box.grid->grid_style);
     auto* const script = new WM_SCRIPT(
@@ -300,6 +297,8 @@ WM_MESG TEXT_BOX::handle_callback(WM_SCREEN_OBJECT* object, void* data1, void* d
 }
 
 WM_MESG TEXT_BOX::run_tag_callback(const WM_SCREEN_OBJECT& button) {
+    drop_retired();  // of the last callback: what is retired next has to be the button that runs
+                     // now
     tag_clicked = true;
     tag_data1 = to_number(button.right_data1);
     tag_data2 = to_number(button.right_data2);

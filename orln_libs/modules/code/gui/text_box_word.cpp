@@ -53,7 +53,8 @@ std::int32_t TEXT_BOX_WORD::get_text_width(std::int32_t characters) const {
 
 void TEXT_BOX_WORD::draw_object() {
     IMAGE* buffer = get_back_buffer(-1);
-    if (buffer == nullptr) {
+    // Images take the corners of a rectangle in any order, so that one without a width isn't empty.
+    if (buffer == nullptr || width < 1 || height < 1) {
         return;
     }
     const SAVED_ACTIVE_AREA saved(buffer);

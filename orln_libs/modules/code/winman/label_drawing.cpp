@@ -3,16 +3,12 @@
 #include <algorithm>
 
 #include "active_area.h"
+#include "flag_map.h"
 #include "modules/winman/image_box.h"
 #include "platform/font_manager.h"
 #include "platform/image.h"
 
 namespace {
-
-struct FLAG_PAIR {
-    std::uint32_t label;
-    std::int32_t image;
-};
 
 constexpr FLAG_PAIR TEXT_FLAGS[] = {
     {LABEL_LEFT_JUSTIFY_TEXT, IMAGE_TEXT_LEFT},  {LABEL_RIGHT_JUSTIFY_TEXT, IMAGE_TEXT_RIGHT},
@@ -22,14 +18,6 @@ constexpr FLAG_PAIR TEXT_FLAGS[] = {
 
 constexpr std::uint32_t ICON_PLACES =
     LABEL_ICON_LEFT | LABEL_ICON_RIGHT | LABEL_ICON_TOP | LABEL_ICON_BOTTOM;
-
-std::int32_t get_image_text_flags(std::uint32_t flags) {
-    std::int32_t result = 0;
-    for (const FLAG_PAIR& pair : TEXT_FLAGS) {
-        result |= (flags & pair.label) != 0 ? pair.image : 0;
-    }
-    return result;
-}
 
 }  // namespace
 
@@ -72,21 +60,24 @@ std::int32_t LABEL_DRAWING::get_text_y(const BOX& box) const {
 // rectangle.
 void LABEL_DRAWING::keep_clear_of_margins(std::int32_t text_width) {
     const bool wrap = (flags & LABEL_WRAP_TEXT) != 0;
-    if (reserved_left > left_gap &&
-        (wrap || get_text_x(get_inner_box(), text_width) < x + reserved_left)) {
-        left_gap = reserved_left;
-    }
-    if (reserved_right > right_gap &&
-        (wrap ||
-         get_text_x(get_inner_box(), text_width) + text_width > x + width - reserved_right)) {
-        right_gap = reserved_right;
-    }
-    if (reserved_top > top_gap && (wrap || get_text_y(get_inner_box()) < y + reserved_top)) {
-        top_gap = reserved_top;
-    }
-    if (reserved_bottom > bottom_gap &&
-        (wrap || get_text_y(get_inner_box()) + font_y_size > y + height - reserved_bottom)) {
-        bottom_gap = reserved_bottom;
+    // Twice: keeping clear of a margin may move a centred text into the opposite one.
+    for (int pass = 0; pass < 2; ++pass) {
+        if (reserved_left > left_gap &&
+            (wrap || get_text_x(get_inner_box(), text_width) < x + reserved_left)) {
+            left_gap = reserved_left;
+        }
+        if (reserved_right > right_gap &&
+            (wrap ||
+             get_text_x(get_inner_box(), text_width) + text_width > x + width - reserved_right)) {
+            right_gap = reserved_right;
+        }
+        if (reserved_top > top_gap && (wrap || get_text_y(get_inner_box()) < y + reserved_top)) {
+            top_gap = reserved_top;
+        }
+        if (reserved_bottom > bottom_gap &&
+            (wrap || get_text_y(get_inner_box()) + font_y_size > y + height - reserved_bottom)) {
+            bottom_gap = reserved_bottom;
+        }
     }
 }
 
@@ -151,11 +142,12 @@ void LABEL_DRAWING::draw_icon(IMAGE& target, const BOX& cell) {
     target.add_rect_to_active_area(cell.x1 + offset, cell.y1 + offset, cell.x2 + offset,
                                    cell.y2 + offset);
     icon->put(cell.x1 + (cell.x2 - cell.x1 + 1 - icon->width) / 2 + offset,
-              cell.y1 + (cell.y2 - cell.y1 + 1 - icon->height) / 2 + offset, &target);
+              cell.y1 + (cell.y2 - cell.y1 + 1 - icon->height) / 2 + offset, &target,
+              IMAGE_COPY_BLEND, icon_alpha);
 }
 
 void LABEL_DRAWING::draw_text(IMAGE& target, const BOX& text_box) {
-    const std::int32_t text_flags = get_image_text_flags(flags);
+    const auto text_flags = static_cast<std::int32_t>(map_flags(TEXT_FLAGS, flags));
     const BOX at = {text_box.x1 + offset, text_box.y1 + offset, text_box.x2 + offset,
                     text_box.y2 + offset};
     if (flags & LABEL_WRAP_TEXT) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <utility>
 
 #include "modules/winman/page_manager.h"
 #include "modules/winman/screen_object.h"
@@ -98,6 +97,12 @@ void OBJECT_HINT::pass_time_on(WM_SCREEN_OBJECT* object, std::uint32_t time, std
         label->update_hint_time(time, px, py);
         label->update_icon_hint_time(time, px, py);
     }
+}
+
+bool OBJECT_HINT::is_over_icon(std::int32_t px, std::int32_t icon_left, std::int32_t icon_right,
+                               std::int32_t spacing, bool at_right_end) {
+    return icon_right >= icon_left && px <= icon_right + spacing &&
+           (!at_right_end || px >= icon_left - spacing);
 }
 
 // Its bottom left corner at the pointer, pushed back inside the window.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../gui/to_short.h"
 #include "active_area.h"
 #include "modules/winman/window_manager.h"
 #include "platform/mouse.h"
@@ -10,10 +11,6 @@
 namespace {
 
 constexpr double OPAQUE = 255.0;
-
-std::int16_t short_of(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
 
 }  // namespace
 
@@ -55,7 +52,7 @@ WM_MESG WM_ANIMATION::update(unsigned char modal_pass) {
         return WM_MESG_NONE;
     }
     last_step = now_ms;
-    sprite.frame = short_of(sprite.frame >= sprite.frames ? 1 : sprite.frame + 1);
+    sprite.frame = to_short(sprite.frame >= sprite.frames ? 1 : sprite.frame + 1);
     step_fade();
     request_draw(0, 0);
     const bool fades = fading_in || fading_out;
@@ -108,8 +105,8 @@ WM_MESG WM_ANIMATION::click(bool left, std::int16_t px, std::int16_t py) {
     if (!fires || !wanted || !clickable || callback == nullptr) {
         return WM_MESG_NONE;
     }
-    click_x = short_of(px - x);
-    click_y = short_of(py - y);
+    click_x = to_short(px - x);
+    click_y = to_short(py - y);
     const WM_MESG result = callback(this, callback_data1, callback_data2);
     click_x = click_y = -1;
     return result;
@@ -123,7 +120,7 @@ void WM_ANIMATION::draw_object() {
     const SAVED_ACTIVE_AREA saved(buffer);
     buffer->add_rect_to_active_area(x, y, x + width - 1, y + height - 1);
     sprite.target = buffer;
-    sprite.move(short_of(x + (width - sprite.frame_width) / 2),
-                short_of(y + (height - sprite.height) / 2), sprite.frame);
+    sprite.move(to_short(x + (width - sprite.frame_width) / 2),
+                to_short(y + (height - sprite.height) / 2), sprite.frame);
     sprite.draw(1, static_cast<unsigned char>(alpha));
 }

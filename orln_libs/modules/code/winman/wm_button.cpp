@@ -4,9 +4,10 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 
+#include "../gui/to_short.h"
 #include "control_failure.h"
+#include "flag_map.h"
 #include "modules/winman/label_drawing.h"
 #include "modules/winman/page_tool_manager.h"
 #include "modules/winman/style_set.h"
@@ -21,7 +22,6 @@ namespace {
 
 constexpr const char* TITLE_FAILURE = "WM_BUTTON::setup() - unable to set title";
 constexpr unsigned char BUTTON_CACHE_FLAGS = 8;
-constexpr std::uint16_t NOT_GIVEN = WM_STYLE_SET::NO_BORDER_GAP;
 
 struct STATE_BOX {
     IMAGE_BOX WM_BUTTON::*box;
@@ -45,12 +45,7 @@ constexpr STATE_BOX STATE_BOXES[] = {
 };
 constexpr std::size_t RECOLOURED_BOXES = 9;
 
-struct FLAG_PAIR {
-    STYLE_FLAG style;
-    BUTTON_FLAG button;
-};
-
-constexpr FLAG_PAIR STYLE_FLAGS[] = {
+constexpr FLAG_PAIR BUTTON_FLAGS_OF_STYLE[] = {
     {STYLE_LEFT_JUSTIFY_TEXT, BUTTON_LEFT_JUSTIFY_TEXT},
     {STYLE_RIGHT_JUSTIFY_TEXT, BUTTON_RIGHT_JUSTIFY_TEXT},
     {STYLE_TOP_ALIGN_TEXT, BUTTON_TOP_ALIGN_TEXT},
@@ -66,10 +61,6 @@ constexpr FLAG_PAIR STYLE_FLAGS[] = {
     {STYLE_DONT_RESIZE_IMAGE, BUTTON_DONT_RESIZE_IMAGE},
     {STYLE_DONT_MASK_CLICK, BUTTON_DONT_MASK_CLICK},
 };
-
-std::uint16_t given_gap(std::uint16_t gap, std::uint16_t otherwise) {
-    return gap == NOT_GIVEN ? otherwise : gap;
-}
 
 void replace_if_set(COLOUR& colour, COLOUR styled) {
     colour = styled.is_set() ? styled : colour;
@@ -105,10 +96,8 @@ WM_BUTTON::~WM_BUTTON() {
 }
 
 void WM_BUTTON::set_flags(const WM_STYLE_SET& style, bool owner_shading) {
-    for (const FLAG_PAIR& pair : STYLE_FLAGS) {
-        button_flags |= style.has_flag(pair.style) ? pair.button : 0u;
-    }
-    button_flags |= owner_shading ? BUTTON_OWNER_SHADING : 0u;
+    button_flags =
+        map_flags(BUTTON_FLAGS_OF_STYLE, style.flags) | (owner_shading ? BUTTON_OWNER_SHADING : 0u);
     if (style.has_flag(STYLE_DRAW_BORDER)) {
         shading_flags = static_cast<std::int16_t>(style.shading_flags & ~BUTTON_SHADING_PRESSED);
     }
@@ -143,19 +132,18 @@ void WM_BUTTON::setup(std::int16_t x1, std::int16_t y1, std::int16_t x2, std::in
     font = new_font == -1 ? fonts.font : new_font;
     font_x_sz = new_font_x_sz == -1 ? fonts.x_size : new_font_x_sz;
     font_y_sz = new_font_y_sz == -1 ? fonts.y_size : new_font_y_sz;
-    left_gap = given_gap(left, 0);
-    right_gap = given_gap(right, 0);
-    top_gap = given_gap(top, 0);
-    bottom_gap = given_gap(bottom, 0);
-    icon_x_spacing = given_gap(x_spacing, left_gap);
-    icon_y_spacing = given_gap(y_spacing, top_gap);
+    left_gap = WM_STYLE_SET::given_gap(left);
+    right_gap = WM_STYLE_SET::given_gap(right);
+    top_gap = WM_STYLE_SET::given_gap(top);
+    bottom_gap = WM_STYLE_SET::given_gap(bottom);
+    icon_x_spacing = WM_STYLE_SET::given_gap(x_spacing, left_gap);
+    icon_y_spacing = WM_STYLE_SET::given_gap(y_spacing, top_gap);
     x = x1;
     y = y1;
-    width = static_cast<std::int16_t>(x2 < 0 ? left_gap + right_gap + get_text_width(title)
-                                             : x2 - x1 + 1);
-    height = static_cast<std::int16_t>(
-        y2 < 0 ? LABEL_DRAWING::get_natural_height(up_box, font_y_sz, top_gap, bottom_gap)
-               : y2 - y1 + 1);
+    width = to_short(x2 < 0 ? left_gap + right_gap + get_text_width(title) : x2 - x1 + 1);
+    height =
+        to_short(y2 < 0 ? LABEL_DRAWING::get_natural_height(up_box, font_y_sz, top_gap, bottom_gap)
+                        : y2 - y1 + 1);
 }
 
 std::int32_t WM_BUTTON::get_text_width(const char* of_text) const {
@@ -227,7 +215,7 @@ bool WM_BUTTON::set_string(const char* new_text, unsigned char grow) {
     set_text_or_stop(title, new_text, TITLE_FAILURE);
     if (grow) {
         const std::int32_t needed = get_text_width(title) + 1;
-        resize(static_cast<std::int16_t>(std::max<std::int32_t>(width, needed)), height, 0);
+        resize(to_short(std::max<std::int32_t>(width, needed)), height, 0);
     }
     if (visible) {
         request_draw(0, 0);

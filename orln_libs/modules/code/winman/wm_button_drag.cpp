@@ -1,8 +1,7 @@
 // Dragging of buttons.
-#include <algorithm>
 #include <cstdlib>
 
-#include "active_area.h"
+#include "../gui/to_short.h"
 #include "modules/winman/page_manager.h"
 #include "modules/winman/window_info.h"
 #include "modules/winman/wm_button.h"
@@ -12,10 +11,6 @@ namespace {
 
 // The pointer has to move by more than this before a press becomes a drag.
 constexpr int DRAG_THRESHOLD = 3;
-
-std::int16_t short_of(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
 
 }  // namespace
 
@@ -28,8 +23,8 @@ WM_MESG WM_BUTTON::monitor_drag(const INPUT& input) {
     if (held && !held_before && input.over && enabled) {
         drag_x = press_x = input.x;
         drag_y = press_y = input.y;
-        drag_offset_x = short_of(x - input.x);
-        drag_offset_y = short_of(y - input.y);
+        drag_offset_x = to_short(x - input.x);
+        drag_offset_y = to_short(y - input.y);
         request_draw(0, 0);
         return WM_MESG_NONE;
     }
@@ -60,7 +55,9 @@ WM_MESG WM_BUTTON::move_drag(const INPUT& input) {
         enter_modal_list();
         result = report_drag(BUTTON_DRAG_STARTED, input);
     }
-    request_draw(0, 0);
+    if (visible) {
+        request_draw(0, 0);
+    }
     return result;
 }
 
@@ -89,6 +86,7 @@ WM_MESG WM_BUTTON::report_drag(BUTTON_DRAG_EVENT event, const INPUT& input) {
 // While it is dragged the button takes all input, and its picture goes over everything.
 void WM_BUTTON::enter_modal_list() {
     area_before_drag = area;
+    not_owned_before_drag = not_owned;
     dragging = true;
     not_owned = true;
     if (parent != nullptr) {
@@ -99,7 +97,7 @@ void WM_BUTTON::enter_modal_list() {
 // Not by remove_modal_object: the parent keeps the button.
 void WM_BUTTON::leave_modal_list() {
     dragging = false;
-    not_owned = false;
+    not_owned = not_owned_before_drag;
     if (WM_WINDOW_INFO* info = get_window_info()) {
         info->modal_screen_objects.remove_node(this);
     }
@@ -110,10 +108,10 @@ void WM_BUTTON::leave_modal_list() {
 WM_REGION WM_BUTTON::get_drag_region() const {
     const bool has_image = drag_image.width > 0 && drag_image.height > 0;
     WM_REGION region;
-    region.left = short_of(drag_x + drag_offset_x);
-    region.top = short_of(drag_y + drag_offset_y);
-    region.right = short_of(region.left + (has_image ? drag_image.width : width) - 1);
-    region.bottom = short_of(region.top + (has_image ? drag_image.height : height) - 1);
+    region.left = to_short(drag_x + drag_offset_x);
+    region.top = to_short(drag_y + drag_offset_y);
+    region.right = to_short(region.left + (has_image ? drag_image.width : width) - 1);
+    region.bottom = to_short(region.top + (has_image ? drag_image.height : height) - 1);
     return region;
 }
 

@@ -1,5 +1,8 @@
 // The picture of a button.
+#include "../gui/to_short.h"
 #include "active_area.h"
+#include "control_face.h"
+#include "flag_map.h"
 #include "modules/winman/focus_tools.h"
 #include "modules/winman/label_drawing.h"
 #include "modules/winman/wm_button.h"
@@ -8,12 +11,7 @@
 
 namespace {
 
-struct FLAG_PAIR {
-    BUTTON_FLAG button;
-    LABEL_FLAG label;
-};
-
-constexpr FLAG_PAIR LABEL_FLAGS[] = {
+constexpr FLAG_PAIR LABEL_FLAGS_OF_BUTTON[] = {
     {BUTTON_LEFT_JUSTIFY_TEXT, LABEL_LEFT_JUSTIFY_TEXT},
     {BUTTON_RIGHT_JUSTIFY_TEXT, LABEL_RIGHT_JUSTIFY_TEXT},
     {BUTTON_TOP_ALIGN_TEXT, LABEL_TOP_ALIGN_TEXT},
@@ -28,14 +26,8 @@ constexpr FLAG_PAIR LABEL_FLAGS[] = {
     {BUTTON_WRAP_TEXT, LABEL_WRAP_TEXT},
 };
 
-// Disabled text is this much fainter.
-constexpr int DISABLED_ALPHA_DIVISOR = 4;
 // The right arrow keeps this distance from the edge.
 constexpr int RIGHT_ARROW_GAP = 3;
-
-std::int16_t short_of(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
 
 }  // namespace
 
@@ -48,11 +40,11 @@ void WM_BUTTON::draw_object() {
         const SAVED_ACTIVE_AREA saved(buffer);
         buffer->add_rect_to_active_area(x, y, x + width - 1, y + height - 1);
         if ((button_flags & BUTTON_OWNER_SHADING) == 0) {
-            shading_flags = short_of((shading_flags & ~BUTTON_SHADING_PRESSED) |
+            shading_flags = to_short((shading_flags & ~BUTTON_SHADING_PRESSED) |
                                      (pressed ? BUTTON_SHADING_PRESSED : 0));
         }
         if (is_graphical()) {
-            get_current_box().draw(x, y, short_of(x + width - 1), short_of(y + height - 1), buffer,
+            get_current_box().draw(x, y, to_short(x + width - 1), to_short(y + height - 1), buffer,
                                    (button_flags & BUTTON_DONT_RESIZE_IMAGE) == 0,
                                    IMAGE_COPY_BLEND);
         } else {
@@ -78,12 +70,17 @@ bool WM_BUTTON::is_shaded() const {
                                                  : pressed;
 }
 
-// The style tells the focus by its looks under the pointer.
+// The style tells the focus by its looks under the pointer, which what is activated needn't have.
 bool WM_BUTTON::has_focus_look() const {
     if (mouse_over_text.is_set() || (mouse_over_underline.is_set() && callback != nullptr)) {
         return true;
     }
-    return is_graphical() ? over_box.are_images_valid() && mouseovers_enabled : mouse_over.is_set();
+    if (!is_graphical()) {
+        return mouse_over.is_set() && !(activated && active_mark[0] == '\0');
+    }
+    const bool shows_active_box =
+        activated && (active_over_box.are_images_valid() || active_up_box.are_images_valid());
+    return mouseovers_enabled && (shows_active_box ? active_over_box : over_box).are_images_valid();
 }
 
 COLOUR WM_BUTTON::get_background_colour() const {
@@ -111,9 +108,7 @@ COLOUR WM_BUTTON::get_text_colour() const {
     if (is_hot() && mouse_over_text.is_set()) {
         colour = mouse_over_text;
     }
-    return enabled ? colour
-                   : colour.with_alpha(
-                         static_cast<unsigned char>(colour.alpha() / DISABLED_ALPHA_DIVISOR));
+    return enabled ? colour : LABEL_DRAWING::get_disabled_colour(colour);
 }
 
 COLOUR WM_BUTTON::get_underline_colour() const {
@@ -155,54 +150,30 @@ IMAGE_BOX& WM_BUTTON::get_current_box() {
 }
 
 void WM_BUTTON::draw_background(IMAGE& target) {
-    const COLOUR colour = get_background_colour();
-    if (!colour.is_set()) {
-        return;
-    }
-    const std::int32_t x2 = x + width - 1, y2 = y + height - 1;
     const bool fades = !(pressed && highlight.is_set());
+    FACE_FADE fade = FACE_FADE::NONE;
     if (fades && (button_flags & BUTTON_HFADED_BACKGROUND)) {
-        target.fill_hfaded_rect(x, y, x2, y2, colour, fading);
+        fade = FACE_FADE::ACROSS;
     } else if (fades && (button_flags & BUTTON_VFADED_BACKGROUND)) {
-        target.fill_vfaded_rect(x, y, x2, y2, colour, fading);
-    } else {
-        target.fill_rect(x, y, x2, y2, colour, 1);
+        fade = FACE_FADE::DOWN;
     }
+    fill_face(target, *this, get_background_colour(), fading, fade);
 }
 
 void WM_BUTTON::draw_label(IMAGE& target, std::int32_t offset) {
-    LABEL_DRAWING label;
-    label.x = x;
-    label.y = y;
-    label.width = width;
-    label.height = height;
-    for (const FLAG_PAIR& pair : LABEL_FLAGS) {
-        label.flags |= (button_flags & pair.button) ? pair.label : 0u;
-    }
+    LABEL_DRAWING label(*this);
+    label.flags = map_flags(LABEL_FLAGS_OF_BUTTON, button_flags);
     if (!enabled) {
         label.flags &= ~static_cast<std::uint32_t>(LABEL_SHADOW_TEXT | LABEL_INSET_TEXT);
+        label.icon_alpha = LABEL_DRAWING::DISABLED_ICON_ALPHA;
     }
     label.text = get_shown_text();
     label.text_colour = get_text_colour();
     label.underline = get_underline_colour();
-    label.font = font;
-    label.font_x_size = font_x_sz;
-    label.font_y_size = font_y_sz;
-    label.left_gap = left_gap;
-    label.right_gap = right_gap;
-    label.top_gap = top_gap;
-    label.bottom_gap = bottom_gap;
-    label.reserved_left = reserved_left;
-    label.reserved_right = reserved_right;
-    label.reserved_top = reserved_top;
-    label.reserved_bottom = reserved_bottom;
-    label.icon = &icon;
-    label.icon_x_spacing = icon_x_spacing;
-    label.icon_y_spacing = icon_y_spacing;
     label.offset = offset;
     label.draw(target);
-    icon_left = short_of(label.icon_left);
-    icon_right = short_of(label.icon_right);
+    icon_left = to_short(label.icon_left);
+    icon_right = to_short(label.icon_right);
     if (label.was_cut && !hint.is_set()) {
         hint_is_cut_text = set_hint_text(label.text);
     }
@@ -242,8 +213,8 @@ void WM_BUTTON::draw_arrows(std::int32_t offset) {
         }
         for (std::int32_t shift = enabled ? 0 : 1; shift >= 0; --shift) {
             const std::int32_t by = shift + offset;
-            draw_arrow(short_of(arrow.x1 + by), short_of(y + by), short_of(arrow.x2 + by),
-                       short_of(y + height - 1 + by), get_text_colour(), arrow.type, enabled, -1,
+            draw_arrow(to_short(arrow.x1 + by), to_short(y + by), to_short(arrow.x2 + by),
+                       to_short(y + height - 1 + by), get_text_colour(), arrow.type, enabled, -1,
                        -1);
         }
     }

@@ -1,6 +1,5 @@
 // What the mouse and the keyboard do to a button.
-#include <utility>
-
+#include "control_face.h"
 #include "modules/winman/focus_tools.h"
 #include "modules/winman/window_manager.h"
 #include "modules/winman/wm_button.h"
@@ -9,19 +8,8 @@
 #include "wm_button_input.h"
 
 bool WM_BUTTON::is_in_it(std::int16_t px, std::int16_t py) {
-    WM_WINDOW_MANAGER* manager = WM_WINDOW_MANAGER::get_instance();
-    if (!visible || manager == nullptr || !manager->is_object_on_focal_window(this)) {
-        return false;
-    }
-    if (is_in_child(px, py)) {
-        return true;
-    }
-    if (!is_in_me(px, py)) {
-        return false;
-    }
-    return !is_graphical() || (button_flags & BUTTON_DONT_MASK_CLICK) != 0 ||
-           up_box.is_in_it(static_cast<std::int16_t>(px - x), static_cast<std::int16_t>(py - y),
-                           width, height);
+    const bool masked = is_graphical() && (button_flags & BUTTON_DONT_MASK_CLICK) == 0;
+    return is_in_face(*this, masked ? &up_box : nullptr, px, py);
 }
 
 WM_BUTTON::INPUT WM_BUTTON::read_input() {
@@ -33,14 +21,14 @@ WM_BUTTON::INPUT WM_BUTTON::read_input() {
     input.left = input.focal && MOUSE::is_down(MOUSE_BUTTON_LEFT);
     input.right = input.focal && MOUSE::is_down(MOUSE_BUTTON_RIGHT);
     input.over = is_in_it(input.x, input.y);
+    input.left_before = last_left;
+    input.right_before = last_right;
     input.click_key = visible && enabled && is_focused() && take_click_key(*this);
     return input;
 }
 
 WM_MESG WM_BUTTON::monitor() {
     INPUT input = read_input();
-    input.left_before = last_left;
-    input.right_before = last_right;
     if (button_type == BUTTON_TYPE_HOVER_FIRE) {
         if (input.over && input.left) {
             return WM_MESG_NONE;
@@ -55,7 +43,7 @@ WM_MESG WM_BUTTON::monitor() {
     last_left = input.left;
     last_right = input.right;
     result = monitor_drag(input);
-    if (result != WM_MESG_NONE) {
+    if (result != WM_MESG_NONE || !visible) {
         return result;
     }
     monitor_hints(input);
@@ -70,10 +58,8 @@ WM_MESG WM_BUTTON::monitor() {
 }
 
 void WM_BUTTON::monitor_hints(const INPUT& input) {
-    // An icon at the right end leaves the rest of the button to the plain hint.
-    const bool at_right = (button_flags & BUTTON_ICON_RIGHT) != 0;
-    const bool over_icon = icon_right >= icon_left && input.x < icon_right + 1 + icon_x_spacing &&
-                           (!at_right || input.x >= icon_left - icon_x_spacing);
+    const bool over_icon = OBJECT_HINT::is_over_icon(input.x, icon_left, icon_right, icon_x_spacing,
+                                                     (button_flags & BUTTON_ICON_RIGHT) != 0);
     const bool button_down = MOUSE::buttons != 0 || input.click_key;
     OBJECT_HINT::monitor_both(hint, icon_hint, over_icon, input.over, button_down, input.x,
                               input.y);

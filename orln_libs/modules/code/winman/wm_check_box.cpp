@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../gui/to_short.h"
 #include "modules/winman/wm_button.h"
 #include "platform/font_manager.h"
 
@@ -11,10 +12,6 @@ namespace {
 constexpr std::int16_t BOX_EXTRA = 4, BOX_MINIMUM = 10;
 constexpr std::int16_t BOX_TOP = 2;  // its place within the check box
 constexpr unsigned char PART_EVENTS = BUTTON_EVENT_PRESS | BUTTON_EVENT_RELEASE;
-
-std::int16_t short_of(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
 
 }  // namespace
 
@@ -41,9 +38,9 @@ void WM_CHECK_BOX::setup(const WM_STYLE_SET& style, const char* text) {
     const FONT_MANAGER& fonts = FONT_MANAGER::get_instance();
     const std::int16_t font_x_sz = style.font_x_sz == -1 ? fonts.x_size : style.font_x_sz;
     const std::int16_t font_y_sz = style.font_y_sz == -1 ? fonts.y_size : style.font_y_sz;
-    const std::int16_t side = std::max(short_of(font_y_sz + BOX_EXTRA), BOX_MINIMUM);
-    const std::int16_t box_y = short_of(y + BOX_TOP);
-    box = new WM_BUTTON(x, box_y, short_of(x + side - 1), short_of(box_y + side - 1), style, "",
+    const std::int16_t side = std::max(to_short(font_y_sz + BOX_EXTRA), BOX_MINIMUM);
+    const std::int16_t box_y = to_short(y + BOX_TOP);
+    box = new WM_BUTTON(x, box_y, to_short(x + side - 1), to_short(box_y + side - 1), style, "",
                         nullptr, callback_of_parts, this, nullptr, PART_EVENTS, window, 1, 0);
     box->activated_query = activated_callback;
     box->activated_query_data = this;
@@ -62,14 +59,14 @@ void WM_CHECK_BOX::setup(const WM_STYLE_SET& style, const char* text) {
     label_style->flags &= ~static_cast<std::uint32_t>(STYLE_DONT_RESIZE_IMAGE);
     label_style->border_top_gap = label_style->border_bottom_gap =
         static_cast<std::uint16_t>(side - font_y_sz - 1);
-    const std::int16_t between = short_of(font_x_sz / 2);
-    label = new WM_BUTTON(short_of(x + side + between), y, -1, -1, *label_style, text, nullptr,
+    const std::int16_t between = to_short(font_x_sz / 2);
+    label = new WM_BUTTON(to_short(x + side + between), y, -1, -1, *label_style, text, nullptr,
                           callback_of_parts, this, nullptr, PART_EVENTS, window, 1, 0);
     // One stop of the focus: the check box has it, and its box shows it and takes the keys.
     box->focus_owner = label->focus_owner = this;
     label->allowed_focus = false;
 
-    width = short_of(side + between + label->width);
+    width = to_short(side + between + label->width);
     height = std::max(box->height, label->height);
     add_object(box, 0);
     add_object(label, 0);
@@ -87,7 +84,7 @@ void WM_CHECK_BOX::resize(std::int16_t new_width, std::int16_t new_height,
                           unsigned char /*children*/) {
     WM_SCREEN_OBJECT::resize(new_width, new_height, 0);
     for (WM_BUTTON* part : {box, label}) {
-        part->move(part->x, short_of(y + (height - part->height) / 2));
+        part->move(part->x, to_short(y + (height - part->height) / 2));
     }
 }
 

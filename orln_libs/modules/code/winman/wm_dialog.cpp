@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <new>
 
+#include "../gui/to_short.h"
+#include "control_failure.h"
 #include "modules/winman/object_walk.h"
 #include "modules/winman/page_manager.h"
 #include "modules/winman/page_tool_manager.h"
@@ -15,7 +17,6 @@
 #include "modules/winman/wm_window.h"
 #include "platform/keyboard.h"
 #include "platform/mouse.h"
-#include "platform/process_tools.h"
 
 EFFECT_INFO WM_DIALOG::default_dialog_effect_info = {0, 150, 2000, 192};
 bool WM_DIALOG::drag_contents = true;
@@ -29,10 +30,6 @@ constexpr unsigned char CACHE_FLAGS = 8;
 // A cell gap that isn't given is none.
 std::int32_t cell_gap(std::int16_t gap) {
     return std::max<std::int32_t>(gap, 0);
-}
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
 }
 
 bool is_text(const char* text) {
@@ -164,8 +161,7 @@ WM_REGION WM_DIALOG::get_contents_region() const {
 void WM_DIALOG::add_title(const char* text) {
     title = new (std::nothrow) WM_SCRIPT(0, 0, 0, -1, title_style, text, window);
     if (title == nullptr) {
-        display_message("Error", "WM_DIALOG::setup() - unable to allocate title", 0);
-        exit_app("Application was unable to continue");
+        stop_on_control_failure("WM_DIALOG::setup() - unable to allocate title");
     }
     WM_SCREEN_OBJECT::add_object(title, 0);
 }
@@ -399,7 +395,7 @@ void WM_DIALOG::hide(unsigned char modals, unsigned char children) {
 
 void WM_DIALOG::step_effects() {
     if (start_time == 0) {
-        start_time = std::max<std::uint32_t>(now_ms, 1);
+        start_time = now_ms != 0 ? now_ms : now_ms - 1;  // 0 stands for "not begun"
     }
     const std::uint32_t elapsed = now_ms - start_time;
     if (elapsed < duration) {
@@ -462,7 +458,6 @@ WM_MESG WM_DIALOG::monitor() {
         continue_drag();
         return WM_MESG_HANDLED;
     }
-    // What the objects do may be the end of this dialog.
     const WM_MESG result = WM_SCREEN_OBJECT::monitor();
     if (result == WM_MESG_NONE && pressed_now && draggable && !closing &&
         in_drag_area(MOUSE::x, MOUSE::y)) {

@@ -1,6 +1,7 @@
 // Dragging a dialog, itself or as an outline.
 #include <algorithm>
 
+#include "../gui/to_short.h"
 #include "modules/winman/wm_dialog.h"
 #include "modules/winman/wm_manager.h"
 #include "modules/winman/wm_script.h"
@@ -11,7 +12,7 @@ namespace {
 
 // Keeps a dialog on the window; what is larger than the window keeps its beginning there.
 std::int16_t clamp_place(std::int32_t place, std::int32_t size, std::int32_t window_size) {
-    return static_cast<std::int16_t>(std::max(std::min(place, window_size - size), 0));
+    return to_short(std::max(std::min(place, window_size - size), 0));
 }
 
 }  // namespace
@@ -57,8 +58,8 @@ void WM_DIALOG::start_drag() {
     dragged = false;
     drag_x = x;
     drag_y = y;
-    drag_offset_x = static_cast<std::int16_t>(MOUSE::x - x);
-    drag_offset_y = static_cast<std::int16_t>(MOUSE::y - y);
+    drag_offset_x = to_short(MOUSE::x - x);
+    drag_offset_y = to_short(MOUSE::y - y);
     start_fade(effect.drag_alpha);
     if (!drag_contents) {
         move_outline(x, y);

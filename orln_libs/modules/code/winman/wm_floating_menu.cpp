@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "../gui/to_short.h"
 #include "modules/winman/page_manager.h"
 #include "modules/winman/wm_button.h"
 #include "modules/winman/wm_grid.h"
@@ -18,14 +19,6 @@ namespace {
 
 // The arrow of a sub-menu needs half the height and this much.
 constexpr std::int32_t ARROW_MARGIN = 5;
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
-}
-
-std::int32_t given(std::int16_t gap) {
-    return std::max<std::int32_t>(gap, 0);
-}
 
 // One of the buttons at the ends, with its arrow in the middle.
 class MENU_SCROLL_BUTTON : public WM_BUTTON {
@@ -103,6 +96,9 @@ WM_SCREEN_OBJECT* WM_FLOATING_MENU::append_item(WM_SCREEN_OBJECT* item) {
         return nullptr;
     }
     widest_item = std::max(widest_item, item_width);
+    // That of the scroll buttons, also behind a separator.
+    tallest_item = std::max(tallest_item, grid->row_height);
+    grid->set_row_height(tallest_item);
     return item;
 }
 
@@ -197,10 +193,10 @@ bool WM_FLOATING_MENU::is_separator(std::int16_t row) const {
 }
 
 void WM_FLOATING_MENU::clear(unsigned char new_size) {
-    clear_scrolling_buttons();
     grid->clear(1);
+    clear_scrolling_buttons();
     item_count = menu_count = 0;
-    widest_item = 0;
+    widest_item = tallest_item = 0;
     if (new_size) {
         calc_new_size();
     }
@@ -232,9 +228,9 @@ void WM_FLOATING_MENU::calc_new_size() {
     }
     const std::int32_t frame_width =
         dialog_style.get_object_left_gap() + dialog_style.get_object_right_gap() +
-        given(dialog_style.cell_left_gap) + given(dialog_style.cell_right_gap);
+        dialog_style.get_cell_left_gap() + dialog_style.get_cell_right_gap();
     const std::int32_t frame_height = get_title_height() + dialog_style.get_object_bottom_gap() +
-                                      given(dialog_style.cell_bottom_gap);
+                                      dialog_style.get_cell_bottom_gap();
     std::int32_t wanted_width = std::max<std::int32_t>(widest_item + frame_width, min_width);
     if (title != nullptr) {
         std::int16_t title_gap = 0;

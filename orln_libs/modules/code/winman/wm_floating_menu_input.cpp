@@ -23,7 +23,7 @@ class HIDDEN_LEFT_BUTTON {
 public:
     explicit HIDDEN_LEFT_BUTTON(bool hide) : buttons(MOUSE::buttons) {
         if (hide) {
-            MOUSE::buttons &= static_cast<unsigned char>(~1u);
+            MOUSE::buttons &= static_cast<unsigned char>(~(1u << (MOUSE_BUTTON_LEFT - 1)));
         }
     }
     ~HIDDEN_LEFT_BUTTON() { MOUSE::buttons = buttons; }

@@ -8,7 +8,7 @@
 #include "modules/winman/wm_floating_menu.h"
 #include "modules/winman/wm_grid.h"
 
-// The row that begins at or after this height of the rows.
+// The row that stands at this height of the rows; beyond them their number.
 inline std::int16_t find_row_from(const WM_GRID& grid, std::int32_t y_pos) {
     const auto found = std::partition_point(grid.rows.begin(), grid.rows.end(),
                                             [&](const auto& row) { return row->bottom <= y_pos; });

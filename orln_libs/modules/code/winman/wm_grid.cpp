@@ -15,7 +15,6 @@
 #include "wm_grid_tools.h"
 
 using wm_grid::index_of;
-using wm_grid::to_short;
 
 std::int32_t WM_GRID::mouse_wheel_half_line_factor = 1;
 
@@ -25,10 +24,6 @@ namespace {
 constexpr std::int16_t MIN_SIZE = 2, REPLACED_SIZE = 6;
 // Image boxes from a folder are kept in the cache.
 constexpr unsigned char CACHE_FLAGS = 8;
-
-std::int16_t given(std::int16_t gap) {
-    return gap < 0 ? std::int16_t{0} : gap;
-}
 
 void fill_in_defaults(WM_STYLE_SET& style) {
     const FONT_MANAGER& fonts = FONT_MANAGER::get_instance();
@@ -45,10 +40,10 @@ void fill_in_defaults(WM_STYLE_SET& style) {
     style.border_right_gap = style.get_object_right_gap();
     style.border_top_gap = style.get_object_top_gap();
     style.border_bottom_gap = style.get_object_bottom_gap();
-    for (std::int16_t* gap : {&style.cell_left_gap, &style.cell_right_gap, &style.cell_top_gap,
-                              &style.cell_bottom_gap}) {
-        *gap = given(*gap);
-    }
+    style.cell_left_gap = style.get_cell_left_gap();
+    style.cell_right_gap = style.get_cell_right_gap();
+    style.cell_top_gap = style.get_cell_top_gap();
+    style.cell_bottom_gap = style.get_cell_bottom_gap();
 }
 
 }  // namespace
@@ -376,9 +371,9 @@ std::int16_t WM_GRID::calc_y_border_gap_from_style_set(const WM_STYLE_SET& style
 }
 
 std::int16_t WM_GRID::calc_x_cell_gap_from_style_set(const WM_STYLE_SET& style) {
-    return to_short(given(style.cell_left_gap) + given(style.cell_right_gap));
+    return to_short(style.get_cell_left_gap() + style.get_cell_right_gap());
 }
 
 std::int16_t WM_GRID::calc_y_cell_gap_from_style_set(const WM_STYLE_SET& style) {
-    return to_short(given(style.cell_top_gap) + given(style.cell_bottom_gap));
+    return to_short(style.get_cell_top_gap() + style.get_cell_bottom_gap());
 }

@@ -4,15 +4,6 @@
 #include "wm_grid_tools.h"
 
 using wm_grid::index_of;
-using wm_grid::to_short;
-
-namespace {
-
-bool is_set(COLOUR colour) {
-    return colour.alpha() != 0;
-}
-
-}  // namespace
 
 void WM_GRID::check_for_redraw() {
     if (visible) {
@@ -36,8 +27,8 @@ void WM_GRID::draw_object() {
         scrollbar->check_for_redraw();
     }
     if (has_focus()) {
-        const COLOUR frame = is_set(grid_style.highlight_colour) ? grid_style.highlight_colour
-                                                                 : grid_style.fg_colour;
+        const COLOUR frame = grid_style.highlight_colour.is_set() ? grid_style.highlight_colour
+                                                                  : grid_style.fg_colour;
         buffer->draw_rect(x, y, x + width - 1, y + height - 1, frame, 1, 1);
     }
 }
@@ -59,7 +50,7 @@ void WM_GRID::draw_background(IMAGE& buffer) {
     if (background.are_images_valid()) {
         background.draw(x, y, to_short(x + width - 1), to_short(bottom), &buffer,
                         !grid_style.has_flag(STYLE_DONT_RESIZE_IMAGE), IMAGE_COPY_BLEND);
-    } else if (is_set(grid_style.bg_colour)) {
+    } else if (grid_style.bg_colour.is_set()) {
         buffer.fill_rect(x, y, x + width - 1, bottom, grid_style.bg_colour, 1);
     }
 }
@@ -98,13 +89,14 @@ void WM_GRID::draw_row_background(IMAGE& buffer, std::int16_t row, const VIEW& b
             box.draw(to_short(band.left), to_short(band.top), to_short(band.right),
                      to_short(band.bottom), &buffer, !grid_style.has_flag(STYLE_DONT_RESIZE_IMAGE),
                      IMAGE_COPY_BLEND);
-        } else if (is_set(colour)) {
+        } else if (colour.is_set()) {
             buffer.fill_rect(band.left, band.top, band.right, band.bottom, colour, 1);
         }
     };
     if (rows[index_of(row)]->highlighted) {
         draw(highlighted_box, grid_style.highlight_colour);
-    } else if ((row - first_visible) % 2 != 0 && alternate_box.are_images_valid()) {
+    } else if (row >= first_visible && (row - first_visible) % 2 != 0 &&
+               alternate_box.are_images_valid()) {
         draw(alternate_box, COLOUR_INVISIBLE);
     } else if (grid_style.has_flag(STYLE_GRID_TYPE_LINES)) {
         draw(background, grid_style.bg_colour);

@@ -7,7 +7,6 @@
 #include "wm_grid_tools.h"
 
 using wm_grid::index_of;
-using wm_grid::to_short;
 
 namespace {
 
@@ -163,6 +162,20 @@ void WM_GRID::keep_focus_in_view() {
     }
 }
 
+// The focus walk also goes to rows that are in view in part. Not under a held button, from which
+// the row would run away.
+void WM_GRID::show_focal_row() {
+    const WM_WINDOW_INFO* info = get_window_info();
+    if (info == nullptr || info->focal_object == shown_focal || MOUSE::buttons != 0) {
+        return;
+    }
+    shown_focal = info->focal_object;
+    std::int16_t column = 0, row = 0;
+    if (find_focal_cell(column, row) && !is_row_visible(row)) {
+        set_scroll_to_row(row, 0);
+    }
+}
+
 // --- Keys ---
 
 void WM_GRID::move_focus_by_keys() {
@@ -304,6 +317,7 @@ WM_MESG WM_GRID::monitor_cells() {
 WM_MESG WM_GRID::monitor() {
     if (visible) {
         check_scrolling();
+        show_focal_row();
         follow_pointer_with_wheel();
         if (keyboard_navigation) {
             move_focus_by_keys();

@@ -4,7 +4,6 @@
 #include "wm_grid_tools.h"
 
 using wm_grid::index_of;
-using wm_grid::to_short;
 
 // --- Measures ---
 
@@ -30,6 +29,10 @@ std::int32_t WM_GRID::get_rows_height() const {
 
 bool WM_GRID::has_fixed_row() const {
     return grid_style.has_flag(STYLE_GRID_FIX_TOP_ROW);
+}
+
+bool WM_GRID::has_scrolled_rows() const {
+    return row_count > (has_fixed_row() ? 1 : 0);
 }
 
 std::int32_t WM_GRID::get_bar_width() const {
@@ -105,8 +108,10 @@ bool WM_GRID::get_cell_coords(std::int16_t column, std::int16_t row, std::int16_
     top += get_view().top;
     x1 = to_short(x1 + x);
     x2 = to_short(x2 + x);
-    y1 = to_short(top + y1);
-    y2 = to_short(top + y2);
+    // Far out of view a cell is held within the range of a short, but keeps its height.
+    const std::int32_t cell_height = y2 - y1;
+    y1 = to_short(std::min(top + y1, INT16_MAX - cell_height));
+    y2 = to_short(y1 + cell_height);
     return true;
 }
 
@@ -312,8 +317,7 @@ void WM_GRID::find_visible_rows() {
     const std::int16_t old_first = first_visible, old_last = last_visible;
     const std::int32_t position = get_scroll_position();
     first_visible = last_visible = -1;
-    const std::int16_t first_scrolled = has_fixed_row() ? std::int16_t{1} : std::int16_t{0};
-    if (row_count > first_scrolled) {
+    if (has_scrolled_rows()) {
         first_visible = find_row_at(position + get_fixed_height());
         last_visible = find_row_at(position + std::max<std::int32_t>(get_inner_height(), 1) - 1);
         last_visible = std::max(first_visible, last_visible);
@@ -331,7 +335,7 @@ void WM_GRID::find_visible_rows() {
 }
 
 std::int16_t WM_GRID::find_row_at(std::int32_t y_pos) const {
-    const std::int16_t first_scrolled = has_fixed_row() && row_count > 1 ? 1 : 0;
+    const std::int16_t first_scrolled = has_fixed_row() && has_scrolled_rows() ? 1 : 0;
     const auto begin = rows.begin() + first_scrolled;
     const auto found = std::partition_point(begin, rows.end(),
                                             [&](const auto& row) { return row->bottom <= y_pos; });
@@ -343,7 +347,7 @@ std::int16_t WM_GRID::find_row_at(std::int32_t y_pos) const {
 
 void WM_GRID::check_scrolling() {
     const std::int32_t value = scroll.value.long_value, max = scroll.max.long_value;
-    if (value == last_scroll && max == last_max && (first_visible != -1 || row_count == 0)) {
+    if (value == last_scroll && max == last_max && (first_visible != -1 || !has_scrolled_rows())) {
         return;
     }
     last_scroll = value;

@@ -2,19 +2,12 @@
 
 #include <algorithm>
 
+#include "../gui/to_short.h"
 #include "modules/winman/screen_object.h"
 #include "modules/winman/style_set.h"
 #include "modules/winman/wm_grid.h"
 
 namespace {
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
-}
-
-std::int32_t given(std::int16_t gap) {
-    return gap < 0 ? 0 : gap;
-}
 
 void dispose(WM_SCREEN_OBJECT* object) {
     if (object == nullptr) {
@@ -66,7 +59,7 @@ WM_SCREEN_OBJECT* WM_GRID_ROW::get_object(std::int16_t column) const {
 }
 
 void WM_GRID_ROW::set_height(std::int16_t pitch, const WM_STYLE_SET& style) {
-    const std::int32_t top = given(style.cell_top_gap), low = given(style.cell_bottom_gap);
+    const std::int32_t top = style.get_cell_top_gap(), low = style.get_cell_bottom_gap();
     height = to_short(std::max(pitch - style.y_spacing, top + low + 2));
     cell_top = to_short(top);
     cell_bottom = to_short(height - 1 - low);
@@ -89,7 +82,7 @@ bool WM_GRID_ROW::get_coords(std::int16_t column, unsigned char with_scrollbar, 
 
 void WM_GRID_ROW::calc_ratios(std::int16_t width, const WM_STYLE_SET& style) {
     const std::int32_t between =
-        given(style.cell_left_gap) + given(style.cell_right_gap) + style.x_spacing;
+        style.get_cell_left_gap() + style.get_cell_right_gap() + style.x_spacing;
     const std::int32_t bar_width =
         (grid != nullptr ? grid->scrollbar_style : style).grid_scrollbar_width;
     std::int64_t fixed = 0, weights = 0;

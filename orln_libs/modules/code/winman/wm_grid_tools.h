@@ -5,13 +5,10 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "../gui/to_short.h"
 #include "modules/winman/wm_grid.h"
 
 namespace wm_grid {
-
-inline std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
-}
 
 // A row of the grid's table.
 inline std::size_t index_of(std::int16_t row) {

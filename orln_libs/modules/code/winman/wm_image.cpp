@@ -1,18 +1,11 @@
 #include "modules/winman/wm_image.h"
 
+#include "../gui/to_short.h"
 #include "active_area.h"
 #include "modules/winman/focus_tools.h"
 #include "modules/winman/window_manager.h"
 #include "platform/mouse.h"
 #include "pointer_shape.h"
-
-namespace {
-
-std::int16_t short_of(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
-
-}  // namespace
 
 WM_IMAGE::WM_IMAGE(std::int16_t x_, std::int16_t y_, std::int16_t width_, std::int16_t height_,
                    unsigned char visible_, WM_CALLBACK callback_, void* data1, void* data2,
@@ -82,7 +75,7 @@ WM_MESG WM_IMAGE::monitor() {
     const bool key_before = click_key_was_down;
     click_key_was_down = has_focus() && take_click_key(*this);
     if (click_key_was_down || key_before) {
-        return click(click_key_was_down, short_of(x + width / 2), short_of(y + height / 2));
+        return click(click_key_was_down, to_short(x + width / 2), to_short(y + height / 2));
     }
     if (!over) {
         last_pressed = left;
@@ -102,8 +95,8 @@ WM_MESG WM_IMAGE::click(bool left, std::int16_t px, std::int16_t py) {
     if (!fires || (click_mode & event) == 0 || callback == nullptr) {
         return WM_MESG_NONE;
     }
-    click_x = short_of(px - x);
-    click_y = short_of(py - y);
+    click_x = to_short(px - x);
+    click_y = to_short(py - y);
     const WM_MESG result = callback(this, callback_data1, callback_data2);
     click_x = click_y = -1;
     return result;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "../gui/to_short.h"
 #include "modules/winman/window_manager.h"
 #include "modules/winman/wm_grid.h"
 #include "modules/winman/wm_script.h"
@@ -12,14 +13,6 @@
 #include "platform/mouse.h"
 
 EFFECT_INFO WM_LIST_BOX::default_list_box_effect_info = {0x22, 200, 200, 224};
-
-namespace {
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
-
-}  // namespace
 
 WM_LIST_BOX::WM_LIST_BOX(std::int16_t x1, std::int16_t y1, std::int16_t x2, std::int16_t y2,
                          std::int16_t selection_, std::int16_t sub_selection_,

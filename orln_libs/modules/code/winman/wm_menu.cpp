@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../gui/to_short.h"
 #include "modules/winman/object_walk.h"
 #include "modules/winman/page_manager.h"
 #include "modules/winman/style_set.h"
@@ -16,10 +17,6 @@ namespace {
 
 // A popup that fits on neither side of its button stays beside it with at least so many rows.
 constexpr std::int32_t LEAST_ROWS_BESIDE = 4;
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(value);
-}
 
 bool is_upright(MENU_TYPE type) {
     return type == MENU_BELOW || type == MENU_ABOVE;
@@ -124,7 +121,8 @@ void WM_MENU::forget_popup() {
     if (info != nullptr && contains_object(info->modal_screen_objects, popup.get())) {
         remove_modal_object(popup.get(), 0, 0);
     }
-    pressed = pressed_inside = false;
+    // Its monitor, which would see the pointer leave, wasn't called while the popup was open.
+    pressed = pressed_inside = mouse_over_now = false;
     if (visible) {
         request_draw(0, 0);
     }
@@ -295,7 +293,9 @@ WM_MESG WM_MENU::update(unsigned char modal_pass) {
 // The popup takes all input, so it is from here that the pointer is seen on another menu.
 void WM_MENU::close_behind_pointer() {
     const std::int16_t px = MOUSE::x, py = MOUSE::y;
-    if (is_in_it(px, py) || popup->is_in_menu(px, py)) {
+    // Opened by a key, it stays while the pointer rests.
+    const bool moved = px != opened_x || py != opened_y;
+    if (!moved || is_in_it(px, py) || popup->is_in_menu(px, py)) {
         return;
     }
     WM_MENU* member = find_group_member_at_pos(px, py);
@@ -304,9 +304,8 @@ void WM_MENU::close_behind_pointer() {
         member->open();
         return;
     }
-    // Opened by a key, it stays while the pointer rests.
     WM_FLOATING_MENU* in = popup->get_parent_popup();
-    if (in != nullptr && in->is_in_me(px, py) && (px != opened_x || py != opened_y)) {
+    if (in != nullptr && in->is_in_me(px, py)) {
         start_closing_popup();
     }
 }

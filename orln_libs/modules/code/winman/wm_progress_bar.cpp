@@ -9,6 +9,7 @@
 
 #include "active_area.h"
 #include "control_failure.h"
+#include "flag_map.h"
 #include "modules/winman/page_tool_manager.h"
 #include "modules/winman/style_set.h"
 #include "modules/winman/window_manager.h"
@@ -22,7 +23,6 @@ namespace {
 constexpr const char* COORDINATES_FAILURE = "WM_PROGRESS_BAR::setup() - bar coordinates error";
 constexpr const char* ALLOCATION_FAILURE = "WM_PROGRESS_BAR::setup() - allocation failure";
 constexpr unsigned char BAR_CACHE_FLAGS = 8;
-constexpr std::uint16_t NOT_GIVEN = WM_STYLE_SET::NO_BORDER_GAP;
 
 struct PART_BOX {
     IMAGE_BOX WM_PROGRESS_BAR::*box;
@@ -37,11 +37,6 @@ constexpr PART_BOX PART_BOXES[] = {
     {&WM_PROGRESS_BAR::alt_box, STYLE_BOX_ALTERNATE, "_alt"},
 };
 
-struct FLAG_PAIR {
-    STYLE_FLAG style;
-    std::uint16_t flag;
-};
-
 constexpr FLAG_PAIR BAR_FLAGS[] = {
     {STYLE_DONT_RESIZE_IMAGE, PROGRESS_BAR_DONT_RESIZE_IMAGE},
     {STYLE_PB_ONLY_DRAW_BAR, PROGRESS_BAR_ONLY_BAR},
@@ -49,21 +44,6 @@ constexpr FLAG_PAIR BAR_FLAGS[] = {
     {STYLE_PB_POSITION_TEXT_ON_BAR, PROGRESS_BAR_TEXT_ON_BAR},
     {STYLE_PB_DRAW_ALT_PERCENTAGE, PROGRESS_BAR_ALT_PERCENTAGE},
 };
-
-constexpr FLAG_PAIR TEXT_FLAGS[] = {
-    {STYLE_SHADOW_TEXT, IMAGE_TEXT_SHADOW},     {STYLE_INSET_TEXT, IMAGE_TEXT_INSET},
-    {STYLE_TOP_ALIGN_TEXT, IMAGE_TEXT_TOP},     {STYLE_BOTTOM_ALIGN_TEXT, IMAGE_TEXT_BOTTOM},
-    {STYLE_LEFT_JUSTIFY_TEXT, IMAGE_TEXT_LEFT}, {STYLE_RIGHT_JUSTIFY_TEXT, IMAGE_TEXT_RIGHT},
-};
-
-template <std::size_t COUNT>
-std::uint32_t map_flags(const WM_STYLE_SET& style, const FLAG_PAIR (&pairs)[COUNT]) {
-    std::uint32_t flags = 0;
-    for (const FLAG_PAIR& pair : pairs) {
-        flags |= style.has_flag(pair.style) ? pair.flag : 0u;
-    }
-    return flags;
-}
 
 struct PERCENT_TEXT {
     char text[24];
@@ -100,10 +80,10 @@ WM_PROGRESS_BAR::WM_PROGRESS_BAR(std::int16_t x_, std::int16_t y_, std::int16_t 
     width = width_;
     height = height_;
     bar_flags = static_cast<std::uint16_t>(
-        map_flags(style, BAR_FLAGS) |
+        map_flags(BAR_FLAGS, style.flags) |
         (style.has_flag(STYLE_DRAW_BORDER) ? 0u : unsigned{PROGRESS_BAR_NO_BORDER}) |
         (custom_only ? unsigned{PROGRESS_BAR_ONLY_CUSTOM_TEXT} : 0u));
-    text_flags = static_cast<std::int16_t>(map_flags(style, TEXT_FLAGS));
+    text_flags = style.get_text_drawing_flags();
     if (style.image_filename != nullptr) {
         set_images(style.image_path, style.image_filename, &style);
     }
@@ -123,7 +103,7 @@ void WM_PROGRESS_BAR::setup(const WM_STYLE_SET& style, const char* label_text) {
     font_x_sz = style.font_x_sz == -1 ? fonts.x_size : style.font_x_sz;
     font_y_sz = style.font_y_sz == -1 ? fonts.y_size : style.font_y_sz;
     const auto given = [](std::uint16_t gap, std::int32_t otherwise) {
-        return gap == NOT_GIVEN ? static_cast<std::uint16_t>(std::max(otherwise, 0)) : gap;
+        return WM_STYLE_SET::given_gap(gap, static_cast<std::uint16_t>(std::max(otherwise, 0)));
     };
     left_gap = given(style.border_left_gap, font_x_sz / 2);
     right_gap = given(style.border_right_gap, font_x_sz / 2);

@@ -2,12 +2,14 @@
 
 #include <string>
 
+#include "../gui/to_short.h"
 #include "active_area.h"
+#include "control_face.h"
+#include "flag_map.h"
 #include "modules/winman/label_drawing.h"
 #include "modules/winman/object_hint.h"
 #include "modules/winman/page_tool_manager.h"
 #include "modules/winman/style_set.h"
-#include "modules/winman/window_manager.h"
 #include "platform/font_manager.h"
 #include "platform/keyboard.h"
 #include "platform/mouse.h"
@@ -16,10 +18,6 @@ namespace {
 
 constexpr std::int32_t DARKEN_PERCENT = 50;
 constexpr unsigned char CACHE_FLAGS = 8;
-
-struct FLAG_PAIR {
-    std::uint32_t from, to;
-};
 
 constexpr FLAG_PAIR SCRIPT_FLAGS_OF_STYLE[] = {
     {STYLE_LEFT_JUSTIFY_TEXT, SCRIPT_LEFT_JUSTIFY_TEXT},
@@ -54,22 +52,9 @@ constexpr FLAG_PAIR LABEL_FLAGS_OF_SCRIPT[] = {
     {SCRIPT_WRAP_TEXT, LABEL_WRAP_TEXT},
 };
 
-template <std::size_t COUNT>
-std::uint32_t map_flags(const FLAG_PAIR (&pairs)[COUNT], std::uint32_t flags) {
-    std::uint32_t mapped = 0;
-    for (const FLAG_PAIR& pair : pairs) {
-        mapped |= (flags & pair.from) != 0 ? pair.to : 0;
-    }
-    return mapped;
-}
-
 const char* string_of(const PARAMETER& parameter) {
     const char* string = parameter.value.string_value;
     return parameter.type == PARAMETER::TYPE_STRING && string != nullptr ? string : "";
-}
-
-std::uint16_t given_gap(std::uint16_t gap, std::uint16_t otherwise) {
-    return gap == WM_STYLE_SET::NO_BORDER_GAP ? otherwise : gap;
 }
 
 void set_hint(std::unique_ptr<OBJECT_HINT>& hint, WM_SCREEN_OBJECT& owner, const char* text) {
@@ -144,12 +129,12 @@ void WM_SCRIPT::setup(std::int16_t x1, std::int16_t y1, std::int16_t x2, std::in
     font = new_font == -1 ? fonts.font : new_font;
     font_x_sz = new_font_x_sz < 1 ? fonts.x_size : new_font_x_sz;
     font_y_sz = new_font_y_sz < 1 ? fonts.y_size : new_font_y_sz;
-    left_gap = given_gap(left, 0);
-    right_gap = given_gap(right, 0);
-    top_gap = given_gap(top, 0);
-    bottom_gap = given_gap(bottom, 0);
-    icon_x_spacing = given_gap(x_spacing, left_gap);
-    icon_y_spacing = given_gap(y_spacing, top_gap);
+    left_gap = WM_STYLE_SET::given_gap(left);
+    right_gap = WM_STYLE_SET::given_gap(right);
+    top_gap = WM_STYLE_SET::given_gap(top);
+    bottom_gap = WM_STYLE_SET::given_gap(bottom);
+    icon_x_spacing = WM_STYLE_SET::given_gap(x_spacing, left_gap);
+    icon_y_spacing = WM_STYLE_SET::given_gap(y_spacing, top_gap);
     x = x1;
     y = y1;
     const std::int32_t new_width =
@@ -159,14 +144,13 @@ void WM_SCRIPT::setup(std::int16_t x1, std::int16_t y1, std::int16_t x2, std::in
     const std::int32_t new_height =
         y2 < 0 ? LABEL_DRAWING::get_natural_height(up_box, font_y_sz, top_gap, bottom_gap)
                : y2 - y1 + 1;
-    width = static_cast<std::int16_t>(new_width);
-    height = static_cast<std::int16_t>(new_height);
+    width = to_short(new_width);
+    height = to_short(new_height);
 }
 
 void WM_SCRIPT::set_text(const char* new_text) {
-    // A hint that was made because the old text didn't fit goes with it.
-    if (OWNED_TEXT::compare(get_hint_text(), get_text()) == 0) {
-        hint->set_text(nullptr);
+    if (hint_is_cut_text) {
+        set_hint_text(nullptr);
     }
     text.set(text.value, new_text);
     if (visible) {
@@ -225,16 +209,17 @@ void WM_SCRIPT::set_flashing_colours(COLOUR first, COLOUR second, COLOUR third, 
 }
 
 void WM_SCRIPT::calc_xgap_from_style_set(const WM_STYLE_SET& style, std::int16_t& gap) {
-    gap = static_cast<std::int16_t>(style.get_object_left_gap() + style.get_object_right_gap());
+    gap = to_short(style.get_object_left_gap() + style.get_object_right_gap());
 }
 
 void WM_SCRIPT::calc_ygap_from_style_set(const WM_STYLE_SET& style, std::int16_t& gap) {
-    gap = static_cast<std::int16_t>(style.get_object_top_gap() + style.get_object_bottom_gap());
+    gap = to_short(style.get_object_top_gap() + style.get_object_bottom_gap());
 }
 
 // --- Hints ---
 
 void WM_SCRIPT::set_hint_text(const char* hint_text) {
+    hint_is_cut_text = false;
     set_hint(hint, *this, hint_text);
 }
 
@@ -294,13 +279,14 @@ WM_MESG WM_SCRIPT::monitor() {
     }
     const std::int16_t px = MOUSE::x, py = MOUSE::y;
     const bool over = is_in_it(px, py);
-    const bool over_icon = px < icon_right + icon_x_spacing;
     const bool button_down = MOUSE::buttons != 0;
     if (icon_hint == nullptr) {
         hint->monitor(over, button_down, px, py);
     } else if (hint == nullptr) {
-        icon_hint->monitor(over && over_icon, button_down, px, py);
+        icon_hint->monitor(over, button_down, px, py);
     } else {
+        const bool over_icon = OBJECT_HINT::is_over_icon(px, icon_left, icon_right, icon_x_spacing,
+                                                         (script_flags & SCRIPT_ICON_RIGHT) != 0);
         OBJECT_HINT::monitor_both(*hint, *icon_hint, over_icon, over, button_down, px, py);
     }
     return WM_MESG_NONE;
@@ -320,30 +306,16 @@ WM_MESG WM_SCRIPT::update(unsigned char modal_pass) {
 }
 
 bool WM_SCRIPT::is_in_it(std::int16_t px, std::int16_t py) {
-    WM_WINDOW_MANAGER* manager = WM_WINDOW_MANAGER::get_instance();
-    if (!visible || manager == nullptr || !manager->is_object_on_focal_window(this)) {
-        return false;
-    }
-    if (is_in_child(px, py)) {
-        return true;
-    }
-    if (!is_in_me(px, py)) {
-        return false;
-    }
-    if (is_graphical() && (script_flags & SCRIPT_DONT_MASK_CLICK) == 0) {
-        return up_box.is_in_it(static_cast<std::int16_t>(px - x), static_cast<std::int16_t>(py - y),
-                               width, height);
-    }
-    return true;
+    const bool masked = is_graphical() && (script_flags & SCRIPT_DONT_MASK_CLICK) == 0;
+    return is_in_face(*this, masked ? &up_box : nullptr, px, py);
 }
 
 // --- Drawing ---
 
 void WM_SCRIPT::draw_background(IMAGE& buffer) {
-    const std::int32_t x2 = x + width - 1, y2 = y + height - 1;
     if (is_graphical()) {
         IMAGE_BOX& box = flashing && flashing_box.are_images_valid() ? flashing_box : up_box;
-        box.draw(x, y, static_cast<std::int16_t>(x2), static_cast<std::int16_t>(y2), &buffer,
+        box.draw(x, y, to_short(x + width - 1), to_short(y + height - 1), &buffer,
                  (script_flags & SCRIPT_DONT_RESIZE_IMAGE) == 0, IMAGE_COPY_BLEND);
         return;
     }
@@ -351,18 +323,17 @@ void WM_SCRIPT::draw_background(IMAGE& buffer) {
         return;
     }
     const bool flash_colour = flashing && flashing_bg.is_set();
-    const COLOUR background = flash_colour ? flashing_bg : bg;
     if ((script_flags & SCRIPT_DARKEN) != 0 && !flash_colour) {
-        buffer.darken_rect(x, y, x2, y2, DARKEN_PERCENT);
-    } else if (!background.is_set()) {
+        buffer.darken_rect(x, y, x + width - 1, y + height - 1, DARKEN_PERCENT);
         return;
-    } else if (script_flags & SCRIPT_HORIZONTAL_FADE) {
-        buffer.fill_hfaded_rect(x, y, x2, y2, background, fading);
-    } else if (script_flags & SCRIPT_VERTICAL_FADE) {
-        buffer.fill_vfaded_rect(x, y, x2, y2, background, fading);
-    } else {
-        buffer.fill_rect(x, y, x2, y2, background, 1);
     }
+    FACE_FADE fade = FACE_FADE::NONE;
+    if (script_flags & SCRIPT_HORIZONTAL_FADE) {
+        fade = FACE_FADE::ACROSS;
+    } else if (script_flags & SCRIPT_VERTICAL_FADE) {
+        fade = FACE_FADE::DOWN;
+    }
+    fill_face(buffer, *this, flash_colour ? flashing_bg : bg, fading, fade);
 }
 
 void WM_SCRIPT::draw_object() {
@@ -374,39 +345,22 @@ void WM_SCRIPT::draw_object() {
     buffer->add_rect_to_active_area(x, y, x + width - 1, y + height - 1);
     draw_background(*buffer);
 
-    LABEL_DRAWING label;
-    label.x = x;
-    label.y = y;
-    label.width = width;
-    label.height = height;
+    LABEL_DRAWING label(*this);
     label.flags = map_flags(LABEL_FLAGS_OF_SCRIPT, script_flags);
     label.text = flashing && string_of(flash_text)[0] != '\0' ? string_of(flash_text) : get_text();
     label.text_colour = flashing && flashing_text.is_set() ? flashing_text : text_colour;
     if (!enabled) {
         label.flags &= ~std::uint32_t{LABEL_SHADOW_TEXT | LABEL_INSET_TEXT};
         if (!is_graphical()) {
-            label.text_colour = label.text_colour.with_alpha(
-                static_cast<unsigned char>(label.text_colour.alpha() / 4));
+            label.text_colour = LABEL_DRAWING::get_disabled_colour(label.text_colour);
+            label.icon_alpha = LABEL_DRAWING::DISABLED_ICON_ALPHA;
         }
     }
-    label.font = font;
-    label.font_x_size = font_x_sz;
-    label.font_y_size = font_y_sz;
-    label.left_gap = left_gap;
-    label.right_gap = right_gap;
-    label.top_gap = top_gap;
-    label.bottom_gap = bottom_gap;
-    label.reserved_left = reserved_left;
-    label.reserved_right = reserved_right;
-    label.reserved_top = reserved_top;
-    label.reserved_bottom = reserved_bottom;
-    label.icon = icon.height > 0 ? &icon : nullptr;
-    label.icon_x_spacing = icon_x_spacing;
-    label.icon_y_spacing = icon_y_spacing;
     label.draw(*buffer);
-    icon_left = static_cast<std::int16_t>(label.icon_left);
-    icon_right = static_cast<std::int16_t>(label.icon_right);
+    icon_left = to_short(label.icon_left);
+    icon_right = to_short(label.icon_right);
     if (label.was_cut && owner == nullptr && get_hint_text() == nullptr) {
         set_hint_text(label.text);
+        hint_is_cut_text = true;
     }
 }

@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <string>
 
+#include "../gui/to_short.h"
+#include "control_failure.h"
 #include "modules/gui/parameter.h"
 #include "modules/winman/object_hint.h"
 #include "modules/winman/page_tool_manager.h"
@@ -13,7 +14,6 @@
 #include "modules/winman/window_manager.h"
 #include "platform/keyboard.h"
 #include "platform/mouse.h"
-#include "platform/process_tools.h"
 
 std::uint32_t WM_SCROLLBAR::button_auto_repeat_rate = 60;
 std::uint32_t WM_SCROLLBAR::button_auto_repeat_threshhold = 500;
@@ -29,16 +29,6 @@ constexpr const char* SUFFIXES[] = {"_bar",           "_bar_disabled",  "_bar_ov
                                     "_less_disabled", "_less_over",     "_more_up",
                                     "_more_down",     "_more_disabled", "_more_over"};
 
-[[noreturn]] void fail(const char* text) {
-    display_message("Error", text, 0);
-    exit_app("Application was unable to continue");
-    std::abort();
-}
-
-std::int16_t to_short(std::int32_t value) {
-    return static_cast<std::int16_t>(std::clamp<std::int32_t>(value, INT16_MIN, INT16_MAX));
-}
-
 bool is_number(const PARAMETER& variable) {
     return variable.type >= PARAMETER::TYPE_CHAR && variable.type <= PARAMETER::TYPE_DOUBLE;
 }
@@ -48,7 +38,7 @@ double get_range(const PARAMETER& variable) {
 }
 
 COLOUR first_set(COLOUR choice, COLOUR otherwise) {
-    return choice.alpha() != 0 ? choice : otherwise;
+    return choice.is_set() ? choice : otherwise;
 }
 
 }  // namespace
@@ -89,10 +79,10 @@ void WM_SCROLLBAR::setup(std::int16_t x1, std::int16_t y1, std::int16_t x2, std:
                          SCROLLBAR_TYPE bar_type, PARAMETER* variable, std::int16_t slider_length,
                          std::int16_t button_length) {
     if (variable != nullptr && !is_number(*variable)) {
-        fail("WM_SCROLLBAR::setup() - slew var invalid type");
+        stop_on_control_failure("WM_SCROLLBAR::setup() - slew var invalid type");
     }
     if (variable == nullptr || get_range(*variable) <= 0) {
-        fail("WM_SCROLLBAR::setup() - slew var invalid");
+        stop_on_control_failure("WM_SCROLLBAR::setup() - slew var invalid");
     }
     type = bar_type;
     slew_var = variable;
@@ -124,7 +114,7 @@ void WM_SCROLLBAR::set_travel() {
             start = to_short(y + button);
             break;
         default:
-            fail("WM_SCROLLBAR::set_travel() - slew var invalid");
+            stop_on_control_failure("WM_SCROLLBAR::set_travel() - slew var invalid");
     }
     travel = std::max(get_max_travel() - slider_size, 0);
     mark_own_rectangle();
@@ -180,7 +170,9 @@ std::int16_t WM_SCROLLBAR::get_slider_position() const {
     const double value = slew_var->get_double(slew_var->value);
     const double done = is_vertical() ? slew_var->get_double(slew_var->max) - value
                                       : value - slew_var->get_double(slew_var->min);
-    return to_short(start + static_cast<std::int32_t>(travel * done / range));
+    // The owner may have put the value outside its range.
+    return to_short(start +
+                    static_cast<std::int32_t>(travel * std::clamp(done, 0.0, range) / range));
 }
 
 // A piece along the axis, across the whole breadth.
@@ -252,39 +244,57 @@ bool WM_SCROLLBAR::set_value(double value) {
     return slew_var->get_double(slew_var->value) != old;
 }
 
-bool WM_SCROLLBAR::move_slew_var(SCROLLBAR_BUTTON_DOWN_TYPE move_type) {
-    std::int32_t step = 0;
+std::int32_t WM_SCROLLBAR::get_step(SCROLLBAR_BUTTON_DOWN_TYPE move_type) {
     if (movement_callback != nullptr) {
-        step = movement_callback(this, move_type);
-    } else {
-        switch (move_type) {
-            case SCROLLBAR_LINE_UP:
-                step = line_step;
-                break;
-            case SCROLLBAR_LINE_DOWN:
-                step = -line_step;
-                break;
-            case SCROLLBAR_PAGE_UP:
-                step = page_step;
-                break;
-            case SCROLLBAR_PAGE_DOWN:
-                step = -page_step;
-                break;
-            default:
-                return false;
-        }
+        return movement_callback(this, move_type);
+    }
+    switch (move_type) {
+        case SCROLLBAR_LINE_UP:
+            return line_step;
+        case SCROLLBAR_LINE_DOWN:
+            return -line_step;
+        case SCROLLBAR_PAGE_UP:
+            return page_step;
+        case SCROLLBAR_PAGE_DOWN:
+            return -page_step;
+        default:
+            return 0;
+    }
+}
+
+bool WM_SCROLLBAR::move_slew_var(SCROLLBAR_BUTTON_DOWN_TYPE move_type) {
+    const std::int32_t step = get_step(move_type);
+    if (step == 0) {
+        return false;
     }
     const double first_value = slew_var->get_double(slew_var->value);
     const std::int16_t first_position = get_slider_position();
-    double target = first_value;
     const double minimum = slew_var->get_double(slew_var->min);
     const double maximum = slew_var->get_double(slew_var->max);
-    do {
-        // A linked variable with coarse steps may put the value back; the target goes on.
-        target += step;
-        set_value(target);
-    } while (movement_callback == nullptr && step != 0 && target > minimum && target < maximum &&
-             (limit == -1 || target < limit) && get_slider_position() == first_position);
+    const auto is_before_end = [&](double value) {
+        return step < 0 ? value > minimum : value < maximum && (limit == -1 || value < limit);
+    };
+    const auto moves_slider = [&](double steps) {
+        // From the first value, as a linked variable with coarse steps may put the value back.
+        set_value(first_value + steps * step);
+        return get_slider_position() != first_position;
+    };
+    bool moved = moves_slider(1);
+    if (!moved && movement_callback == nullptr && travel > 0) {
+        // The least number of steps that shows: a pixel may stand for millions of them.
+        double too_few = 1, enough = 1;
+        while (!moved && is_before_end(first_value + enough * step)) {
+            too_few = enough;
+            enough *= 2;
+            moved = moves_slider(enough);
+        }
+        double middle = std::floor((too_few + enough) / 2);
+        while (moved && middle > too_few && middle < enough) {
+            (moves_slider(middle) ? enough : too_few) = middle;
+            middle = std::floor((too_few + enough) / 2);
+        }
+        moves_slider(enough);
+    }
     return slew_var->get_double(slew_var->value) != first_value;
 }
 

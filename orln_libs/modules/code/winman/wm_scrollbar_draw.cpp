@@ -9,10 +9,6 @@ namespace {
 // The part of a button's side that is left free on each side of its arrow.
 constexpr std::int16_t ARROW_GAP_PART = 4;
 
-bool is_set(COLOUR colour) {
-    return colour.alpha() != 0;
-}
-
 }  // namespace
 
 // The first of the two that can be drawn, or null.
@@ -66,10 +62,10 @@ void WM_SCROLLBAR::draw_object() {
 }
 
 void WM_SCROLLBAR::draw_plain(IMAGE& buffer) {
-    if (is_set(bar)) {
+    if (bar.is_set()) {
         buffer.fill_rect(x, y, x + width - 1, y + height - 1, bar, 1);
     }
-    if (is_set(outline)) {
+    if (outline.is_set()) {
         buffer.draw_rect(x, y, x + width - 1, y + height - 1, outline, 1, 1);
     }
     const WM_REGION region = get_slider_region();
@@ -97,11 +93,11 @@ void WM_SCROLLBAR::draw_button(IMAGE& buffer, bool more) {
         return;
     }
     if (!is_graphical()) {
-        if (is_set(bar)) {
+        if (bar.is_set()) {
             buffer.fill_rect(region.left, region.top, region.right, region.bottom,
                              is_down ? slider : bar, 1);
         }
-        if (is_set(outline)) {
+        if (outline.is_set()) {
             buffer.draw_rect(region.left, region.top, region.right, region.bottom, outline, 1, 1);
         }
     }

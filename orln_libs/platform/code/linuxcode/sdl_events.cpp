@@ -320,8 +320,20 @@ bool is_input(std::uint32_t type) {
            (type >= SDL_MOUSEMOTION && type <= SDL_MOUSEWHEEL);
 }
 
+// The toolkit looks at the buttons and at the key that came last once a round. A click that comes
+// and goes between two looks would be lost, and so would a key that another one follows: a round
+// ends with a button, and before a second key.
 bool is_button(std::uint32_t type) {
     return type == SDL_MOUSEBUTTONDOWN || type == SDL_MOUSEBUTTONUP;
+}
+
+bool take_next(SDL_Event& event, bool& seen_key) {
+    if (SDL_PeepEvents(&event, 1, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) <= 0 ||
+        (event.type == SDL_KEYDOWN && seen_key)) {
+        return false;
+    }
+    seen_key = seen_key || event.type == SDL_KEYDOWN;
+    return SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0;
 }
 
 void take_event(WINDOW_SYSTEM& system, const SDL_Event& event) {
@@ -396,11 +408,10 @@ void process_os_events() {
     SDL_Event event;
     SDL_PumpEvents();
     // A round takes what is waiting now: an application that answers an event with another one
-    // isn't kept here. It ends with a mouse button: the toolkit looks at the buttons once a round,
-    // and a click that comes and goes between two looks would be lost.
+    // isn't kept here.
     int left = SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT);
-    while (system && left-- > 0 &&
-           SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0) {
+    bool seen_key = false;
+    while (system && left-- > 0 && take_next(event, seen_key)) {
         left = is_button(event.type) ? 0 : left;
         lost_focus = lost_focus || (event.type == SDL_WINDOWEVENT &&
                                     event.window.event == SDL_WINDOWEVENT_FOCUS_LOST);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "modules/winman/owned_text.h"
 #include "modules/winman/wm_dialog.h"
 
 class TEXT_BOX;
@@ -43,11 +44,11 @@ struct DIALOG_BUTTON_INFO {
 class DIALOG_BASE : public WM_DIALOG {
 public:
     static constexpr int MAX_BUTTONS = 4;
-    // For get_button_enabled and set_button_enabled: a button of any type.
+    // A button of any type, or each of them.
     static constexpr signed char ANY_TYPE = -1;
 
     struct BUTTON_RECORD {
-        const char* text = nullptr;  // the button's title; null: unused record
+        OWNED_TEXT text;  // the button's title; null: unused record
         void* data1 = nullptr;
         void* data2 = nullptr;
         signed char type = 0;
@@ -90,7 +91,7 @@ public:
                 const DIALOG_BUTTON_INFO* buttons, int button_count, signed char window);
     ~DIALOG_BASE() override;
 
-    // The first button of the type, or null; and how many there are.
+    // The first button of the type, or null; and how many there are. Also with ANY_TYPE.
     WM_BUTTON* get_button(signed char type) const;
     int get_number_of_buttons(signed char type) const;
     // All buttons of the type. Null is the empty text.
@@ -129,8 +130,6 @@ private:
     // Null if the button isn't one of the four.
     const BUTTON_RECORD* find_record(const WM_SCREEN_OBJECT* button) const;
     const BUTTON_RECORD* find_record(signed char type) const;
-    int get_button_count() const;
-    bool take_key(std::int32_t key) const;
     static WM_MESG press(const BUTTON_RECORD& record);
     static WM_MESG handle_callback(WM_SCREEN_OBJECT* button, void* dialog, void* unused);
 

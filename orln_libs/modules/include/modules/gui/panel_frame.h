@@ -15,8 +15,9 @@
 //     +--------------+-------------------+-----------------------+
 //
 // A frame is built for one pair of identifiers. A press on another tab stores that tab's pair in
-// active_id and active_sub_id and runs the frame's callback, in which the page is built anew with a
-// new frame. Which sub-tab a main tab showed last is kept in a MESSAGE that outlives the frames.
+// active_id and active_sub_id and runs the frame's callback, which has the page built anew with a
+// new frame by its answer, such as WM_MESG_REBUILD_AREA; the frame must outlive the callback. Which
+// sub-tab a main tab showed last is kept in a MESSAGE that outlives the frames.
 #ifndef MODULES_GUI_PANEL_FRAME_H
 #define MODULES_GUI_PANEL_FRAME_H
 
@@ -186,6 +187,7 @@ private:
     void build_bottom();
     void place_bottom(std::int32_t last_width);
     void build_centre();
+    TEXT_BOX* make_title(const char* text) const;
     void build_tab_menu();
     void add_menu_entry(const char* text, const PANEL_FRAME_TAB& tab, bool separator_before);
     void open_tab_menu(WM_SCREEN_OBJECT& button);

@@ -197,7 +197,8 @@ private:
     bool finish_nested(WM_GRID& cell, std::int16_t column, std::int16_t row,
                        WM_SCREEN_OBJECT* value);
     std::int16_t get_last_visible_row() const;
-    void set_border_gaps(WM_GRID& cell, std::int16_t column, std::int16_t row) const;
+    // Gives a nested cell the gaps that the pictures beside it ask for now.
+    void adjust_cell(std::int16_t column, std::int16_t row);
     void adjust_cells(std::int16_t column, std::int16_t from_row);
     std::int16_t get_border_adjustment(const PTRARRAY& pictures, std::int16_t column,
                                        std::int16_t row) const;

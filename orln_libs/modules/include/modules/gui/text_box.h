@@ -278,8 +278,19 @@ private:
     void make_background();
     // Deletes the background with all that stands in it.
     void discard_children();
+    void retire_tags();
+    void drop_retired();
     // The same at the present size, with a new layout.
     void rebuild();
+    // A new layout with the cursor of an editable text at its place.
+    void refresh_in_place();
+    // Who reads the end of a text goes on with it; else the same lines stay in view.
+    struct SCROLL_PLACE {
+        bool at_bottom;
+        std::int32_t above;  // pixels above the view
+    };
+    SCROLL_PLACE get_scroll_place() const;
+    void set_scroll_place(const SCROLL_PLACE& place);
     struct PLACES;
     PLACES find_places();
     void make_grid(const PLACES& places);
@@ -313,6 +324,8 @@ private:
     TEXT_BOX_POSITION get_cursor() const;
     // The cursor or, of a selection, the end where the cursor stands.
     TEXT_BOX_POSITION get_moving_end() const;
+    // The word that shows the caret, and where in it; null without a cursor.
+    TEXT_BOX_WORD* find_caret_word(std::int16_t& caret_x) const;
     // Without scrolling.
     void set_cursor(const TEXT_BOX_POSITION& position);
     bool move_cursor_to_index(std::int32_t index);
@@ -324,7 +337,7 @@ private:
     void set_line_shift(std::int16_t shift);
     void move_line(std::int16_t x_offset);
     // What the selection covers or, without one, an empty range at the cursor. False without
-    // either.
+    // either, and while the default text is shown.
     bool get_selected_range(TEXT_BOX_RANGE& range) const;
     bool is_all_selected() const;
 
@@ -332,6 +345,7 @@ private:
     struct MOUSE_TICK;
     MOUSE_TICK track_mouse();
     void show_focus_loss();
+    void show_focus_return();
     void take_focus_by_click(const MOUSE_TICK& mouse);
     void select_by_mouse(const MOUSE_TICK& mouse);
     bool is_over_text(std::int16_t px, std::int16_t py);
@@ -359,7 +373,9 @@ private:
     TEXT_BOX_WORD* prefix_word = nullptr;  // child of `background`: shows prefix_text
     std::int32_t text_extent = 0;          // pixels of the longest line
     std::int32_t reached_index = 0;        // of `text`, by the last refresh
-    // The former background, if a tag\'s callback has changed the text while it was running.
+    // The former background and its tags, if a tag's callback has changed the text while it was
+    // running.
+    PTRARRAY retired_tags;
     std::unique_ptr<WM_SCREEN_OBJECT> retired;
     bool default_text_shown = false;        // by the last refresh
     WM_SCREEN_OBJECT* edit_menu = nullptr;  // the one opened last, which may be gone

@@ -30,8 +30,24 @@ enum LABEL_FLAG : std::uint32_t {
 // Fill in the fields, call `draw`, read the results. Costs no memory of its own; it is made anew
 // for each draw.
 struct LABEL_DRAWING {
+    // What is disabled is shown with a part of its alpha.
+    static constexpr int DISABLED_ALPHA_DIVISOR = 4;
+    static constexpr unsigned char DISABLED_ICON_ALPHA = 255 / DISABLED_ALPHA_DIVISOR;
+
+    LABEL_DRAWING() = default;
+    // For a WM_BUTTON or a WM_SCRIPT: its place, font, gaps and icon. What depends on its state is
+    // left to be filled in.
+    template <class CONTROL>
+    explicit LABEL_DRAWING(const CONTROL& control);
+
     // Draws within the target's active area, which is as before afterwards.
     void draw(IMAGE& target);
+
+    // The colour of something disabled, fainter by DISABLED_ALPHA_DIVISOR.
+    static COLOUR get_disabled_colour(COLOUR colour) {
+        return colour.with_alpha(
+            static_cast<unsigned char>(colour.alpha() / DISABLED_ALPHA_DIVISOR));
+    }
 
     // The natural height of a control with this box in the plain state: that of the centre piece
     // if the box has just a left, a centre and a right piece, otherwise the font's and the gaps'.
@@ -48,7 +64,8 @@ struct LABEL_DRAWING {
     // Margins that the text keeps clear of; 0 for none. The gap is as wide where the text would
     // enter one.
     std::int32_t reserved_left = 0, reserved_right = 0, reserved_top = 0, reserved_bottom = 0;
-    const IMAGE* icon = nullptr;                          // one without a height isn't drawn
+    const IMAGE* icon = nullptr;  // one without a height isn't drawn
+    unsigned char icon_alpha = 255;
     std::int32_t icon_x_spacing = 0, icon_y_spacing = 0;  // between an attached icon and the text
     std::int32_t offset = 0;  // 1 shifts everything right and down: the control is pressed
 
@@ -69,5 +86,27 @@ private:
     void draw_icon(IMAGE& target, const BOX& cell);
     void draw_text(IMAGE& target, const BOX& text_box);
 };
+
+template <class CONTROL>
+LABEL_DRAWING::LABEL_DRAWING(const CONTROL& control)
+    : x(control.x),
+      y(control.y),
+      width(control.width),
+      height(control.height),
+      font(control.font),
+      font_x_size(control.font_x_sz),
+      font_y_size(control.font_y_sz),
+      left_gap(control.left_gap),
+      right_gap(control.right_gap),
+      top_gap(control.top_gap),
+      bottom_gap(control.bottom_gap),
+      reserved_left(control.reserved_left),
+      reserved_right(control.reserved_right),
+      reserved_top(control.reserved_top),
+      reserved_bottom(control.reserved_bottom),
+      icon(&control.icon),
+      icon_x_spacing(control.icon_x_spacing),
+      icon_y_spacing(control.icon_y_spacing) {
+}
 
 #endif  // MODULES_WINMAN_LABEL_DRAWING_H

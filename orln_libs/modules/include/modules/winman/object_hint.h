@@ -48,6 +48,12 @@ public:
     static void monitor_both(OBJECT_HINT& hint, OBJECT_HINT& icon_hint, bool over_icon, bool over,
                              bool button_down, std::int16_t px, std::int16_t py);
 
+    // The `over_icon` of monitor_both: the pointer is left of the end of the icon and the spacing.
+    // An icon at the right end of the control leaves what is left of it to the plain hint. The
+    // icon's columns are as LABEL_DRAWING gives them, empty without one.
+    static bool is_over_icon(std::int32_t px, std::int32_t icon_left, std::int32_t icon_right,
+                             std::int32_t spacing, bool at_right_end);
+
     // Sets off the clocks of the control's hints, if it is of a kind that has them: a WMF_BUTTON or
     // WMF_SCRIPT object. Null is allowed.
     static void pass_time_on(WM_SCREEN_OBJECT* object, std::uint32_t time, std::int16_t px,

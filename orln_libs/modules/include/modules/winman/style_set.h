@@ -142,11 +142,20 @@ public:
     // The box, or null if the set has no such images. Owned by the set.
     IMAGE_BOX* get_box(STYLE_BOX box) const { return boxes[box].get(); }
 
-    // The border gaps, where 65535 (not given) reads as 0.
+    // A gap, or what stands for it where it is 65535 (not given).
+    static std::uint16_t given_gap(std::uint16_t gap, std::uint16_t otherwise = 0) {
+        return gap == NO_BORDER_GAP ? otherwise : gap;
+    }
+    // The border gaps; those that aren't given are 0.
     std::uint16_t get_object_left_gap() const { return given_gap(border_left_gap); }
     std::uint16_t get_object_right_gap() const { return given_gap(border_right_gap); }
     std::uint16_t get_object_top_gap() const { return given_gap(border_top_gap); }
     std::uint16_t get_object_bottom_gap() const { return given_gap(border_bottom_gap); }
+    // The cell gaps; those that aren't given, which are negative, are 0.
+    std::int16_t get_cell_left_gap() const { return given_cell_gap(cell_left_gap); }
+    std::int16_t get_cell_right_gap() const { return given_cell_gap(cell_right_gap); }
+    std::int16_t get_cell_top_gap() const { return given_cell_gap(cell_top_gap); }
+    std::int16_t get_cell_bottom_gap() const { return given_cell_gap(cell_bottom_gap); }
 
     // The flags for the text operations of IMAGE.
     std::int16_t get_text_drawing_flags() const;
@@ -183,7 +192,7 @@ public:
     static bool cache_ibox_data;
 
 private:
-    static std::uint16_t given_gap(std::uint16_t gap) { return gap == NO_BORDER_GAP ? 0 : gap; }
+    static std::int16_t given_cell_gap(std::int16_t gap) { return gap < 0 ? std::int16_t{0} : gap; }
 };
 
 #endif  // MODULES_WINMAN_STYLE_SET_H

@@ -246,6 +246,7 @@ private:
 
     std::int16_t press_x = 0, press_y = 0;  // where the drag was begun
     std::int16_t area_before_drag = -1;
+    bool not_owned_before_drag = false;
     bool hint_is_cut_text = false;  // the hint was set because the text had no room
 };
 

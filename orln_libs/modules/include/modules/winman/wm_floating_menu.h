@@ -9,7 +9,8 @@
 //     area->add_modal_object(menu, 0);
 //
 // It is deleted once the user has chosen something or left it, unless it is `not_owned`. The popup
-// of a WM_MENU or WM_LIST_BOX is one, too, and lives as long as that.
+// of a WM_MENU or WM_LIST_BOX is one, too, and lives as long as that. The callback of an item may
+// hide the menu, but must not delete it or its items.
 //
 // Keys: the arrows move through the items, Right and Return open a sub-menu, Left leaves it, Return
 // and Space choose, Escape closes; typing goes to the item that begins so.
@@ -150,7 +151,7 @@ private:
     void leave_modal_list(bool with_answer);
     void handle_release(WM_MESG result);
 
-    std::int16_t widest_item = 0;
+    std::int16_t widest_item = 0, tallest_item = 0;
     bool was_visible = false, buttons_were_down = false, escape_was_down = false;
     std::int16_t pointer_x = -1, pointer_y = -1;  // at the last monitor
 };

@@ -199,6 +199,8 @@ private:
 
     VIEW get_view() const;
     bool has_fixed_row() const;
+    // There are rows besides a fixed one.
+    bool has_scrolled_rows() const;
     std::int32_t get_bar_width() const;
     std::int32_t get_row_top(std::int16_t row) const;
     // Of the fixed row with its gap, or 0.
@@ -239,6 +241,7 @@ private:
     void scroll_by_keys();
     bool give_row_focus(std::int16_t row, std::int16_t column);
     void keep_focus_in_view();
+    void show_focal_row();
     WM_MESG monitor_row(std::int16_t row);
     WM_MESG monitor_cells();
     WM_MESG update_row(std::int16_t row);
@@ -249,6 +252,7 @@ private:
     void draw_row_background(IMAGE& buffer, std::int16_t row, const VIEW& band);
     void draw_column_dividers(IMAGE& buffer);
 
+    const WM_SCREEN_OBJECT* shown_focal = nullptr;  // whose row was brought into view last
     bool bar_layout = false;  // the cells are laid out for the variant with scroll bar
 };
 

@@ -39,7 +39,8 @@ enum WM_MESG : std::int32_t {
 };
 
 // What a control calls: the object and the two values given with the callback, which the object
-// never owns.
+// never owns. It must leave the object alive, and what that stands in: what is to go or to be built
+// anew does so by the answer, once the objects have returned.
 using WM_CALLBACK = WM_MESG (*)(WM_SCREEN_OBJECT* object, void* data1, void* data2);
 // Called on both sides of a change of the focus.
 using WM_FOCUS_CALLBACK = void (*)(WM_SCREEN_OBJECT* object, void* data);

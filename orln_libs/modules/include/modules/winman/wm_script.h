@@ -102,7 +102,7 @@ public:
     // Margins that the text keeps clear of.
     std::int16_t reserved_left = 0, reserved_right = 0, reserved_top = 0, reserved_bottom = 0;
     std::uint16_t icon_x_spacing = 0, icon_y_spacing = 0;
-    std::int16_t icon_left = 0, icon_right = 0;  // the icon's extent at the last drawing
+    std::int16_t icon_left = 0, icon_right = -1;  // the icon on screen, for its hint
     std::uint32_t script_flags = 0;
     std::int16_t shading_flags = 0;
     bool enabled = true;              // false: fainter, without shadow and inset
@@ -116,6 +116,8 @@ public:
 private:
     WM_MESG monitor_hint();
     void draw_background(IMAGE& buffer);
+
+    bool hint_is_cut_text = false;  // the hint was set because the text had no room
 };
 
 #endif  // MODULES_WINMAN_WM_SCRIPT_H

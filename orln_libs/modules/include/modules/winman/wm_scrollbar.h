@@ -60,8 +60,8 @@ public:
     // The length that the slider moves in, its own included.
     std::int16_t get_max_travel() const;
     // Moves the value as a press of that kind does. The step of line_step and page_step is repeated
-    // until the slider has moved on the screen; that of a movement_callback counts as it is. True
-    // if the value has changed.
+    // until the slider has moved on the screen, or the range ends; that of a movement_callback
+    // counts as it is. True if the value has changed.
     bool move_slew_var(SCROLLBAR_BUTTON_DOWN_TYPE type);
     // Null for none.
     void set_hint_text(const char* text);
@@ -123,6 +123,7 @@ private:
     void read_wheel();
     bool move_by_key();
     bool set_value(double value);
+    std::int32_t get_step(SCROLLBAR_BUTTON_DOWN_TYPE type);
     void set_over(PLACE place);
 
     IMAGE_BOX* find_box(STYLE_BOX first_choice, STYLE_BOX fallback);
