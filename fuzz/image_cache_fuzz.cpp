@@ -52,6 +52,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!image) {
             continue;
         }
+        // What has been found is found again: nothing is copied at every opening.
+        if (cache.open_image(entry->path, entry->filename, IMAGE::NO_SIZE, IMAGE::NO_SIZE,
+                             IMAGE_CACHE::NEVER_FROM_DISK, 1) != image) {
+            std::abort();
+        }
+        cache.close(image);
         cache.resize_image(image, 9, 7, 1);
         cache.recolour(image, COLOUR_RED);
         opened.push_back(image);

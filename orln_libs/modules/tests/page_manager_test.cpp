@@ -148,6 +148,15 @@ TEST_F(PageManagerTest, ThePageOnShowReplacesItself) {
     EXPECT_THAT(TEST_PAGE::life, ElementsAre("-b", "+b2"));
 }
 
+TEST_F(PageManagerTest, APageChosenAgainWithItsOwnDataLivesOn) {
+    TEST_PAGE* page = go("a", true, 500);
+    page->setup(0, pages(), 1, 1, 500);
+    pages().go_to_page(0);
+    EXPECT_EQ(page, current());
+    EXPECT_THAT(TEST_PAGE::life, ElementsAre("+a", "+a"));
+    EXPECT_EQ(1, area().history_count);
+}
+
 TEST_F(PageManagerTest, AWaitingPageIsDestroyedByTheNext) {
     auto* waiting = new TEST_PAGE(pages(), "a");
     EXPECT_TRUE(pages().is_page_data_valid(static_cast<WM_PAGE_BASE*>(waiting)));
@@ -291,6 +300,13 @@ TEST_F(PageManagerTest, ASimulatedClickLeavesTheRealMouseAsItWas) {
     pages().monitor(0);
     EXPECT_EQ(-1, seen.x);
     EXPECT_EQ(9, MOUSE::x);
+    // An event that comes in during the tick isn't lost by that.
+    area(1).get_current().monitor = [](WM_PAGE_MANAGER&) {
+        MOUSE::process_mouse_button(MOUSE_BUTTON_LEFT, 1);
+        return WM_MESG_NONE;
+    };
+    pages().monitor(0);
+    EXPECT_TRUE(MOUSE::is_down(MOUSE_BUTTON_LEFT));
 }
 
 TEST_F(PageManagerTest, ControlsReachTheirPage) {
@@ -407,6 +423,25 @@ TEST_F(FocusTest, TabWalksThroughObjectsAndAreas) {
     pages().monitor(0);
     EXPECT_EQ(a, focal());
     EXPECT_EQ(KEY_NONE, KEYBOARD().peek_code());
+}
+
+TEST_F(FocusTest, AnAreaWithoutFocusableObjectsIsPassedBy) {
+    add_window(1, 3);
+    manager().set_window_as_focal_window(1);
+    TEST_OBJECT* objects[2];
+    for (const int i : {0, 1}) {
+        objects[i] = new TEST_OBJECT(0, 0, 10, 10);
+        objects[i]->window = 1;
+        objects[i]->allowed_focus = true;
+        pages(1).get_area(2 * i)->add_object(objects[i], 0);
+    }
+    objects[0]->take_focus(1);
+    EXPECT_TRUE(pages(1).give_focus_to_next_area());
+    EXPECT_TRUE(objects[1]->has_focus());
+    EXPECT_TRUE(pages(1).give_focus_to_prev_area());
+    EXPECT_TRUE(objects[0]->has_focus());
+    objects[0]->allowed_focus = objects[1]->allowed_focus = false;
+    EXPECT_FALSE(pages(1).give_focus_to_next_area());
 }
 
 TEST_F(FocusTest, AModalObjectKeepsTheFocusAndGivesItBack) {

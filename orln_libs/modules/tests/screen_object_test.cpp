@@ -84,7 +84,7 @@ TEST_F(ScreenObjectTest, DeletedObjectsLeaveNoPointersBehind) {
     EXPECT_EQ(nullptr, manager().get_right_mouse_object(0));
     EXPECT_EQ(nullptr, manager().get_mouse_wheel_focus(0));
     EXPECT_EQ(nullptr, manager().get_active_dialog(0));
-    EXPECT_EQ(nullptr, modal->parent);
+    EXPECT_EQ(&area(), modal->parent);
 }
 
 TEST_F(ScreenObjectTest, OperationsWithoutAWindowManagerDoNothing) {
@@ -201,6 +201,31 @@ TEST_F(ScreenObjectTest, RightClicksFireOnThePressTheReleaseOrBoth) {
     object->right_mode = WM_SCREEN_OBJECT::RIGHT_ON_RELEASE;
     EXPECT_EQ(std::pair(false, true), click(15, 15));
     EXPECT_EQ(nullptr, manager().get_right_mouse_object(0));
+}
+
+TEST_F(ScreenObjectTest, AnObjectThatMissesTheReleaseDoesNotKeepTheRightButton) {
+    RIGHT_CLICKS clicks[2];
+    TEST_OBJECT* objects[2];
+    for (int i = 0; i < 2; ++i) {
+        objects[i] = add(new TEST_OBJECT(50 * i, 0, 20, 20));
+        objects[i]->right_callback = RIGHT_CLICKS::callback;
+        objects[i]->right_data1 = &clicks[i];
+    }
+    const auto tick = [](std::int16_t x, unsigned char down) {
+        MOUSE::set_position(0, x, 5);
+        MOUSE::process_mouse_button(MOUSE_BUTTON_RIGHT, down);
+        pages().monitor(0);
+    };
+    tick(5, 1);
+    EXPECT_EQ(1, clicks[0].count);
+    objects[0]->hide(0, 0);
+    tick(5, 0);
+    tick(55, 0);
+    tick(55, 1);
+    EXPECT_EQ(1, clicks[1].count);
+    tick(55, 0);
+    EXPECT_EQ(2, clicks[1].count);
+    EXPECT_EQ(1, clicks[0].count);
 }
 
 TEST_F(ScreenObjectTest, ControlAndReturnAreARightClickAtTheCentre) {

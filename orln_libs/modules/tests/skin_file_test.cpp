@@ -282,13 +282,14 @@ TEST_F(SkinFile, AFontKeepsItsIndexWhenItIsReplaced) {
         GTEST_SKIP() << "this machine has no font";
     }
     put("skins/s/two/Broken.otf", "no font");
+    ASSERT_TRUE(put_font("skins/s/two/Angular.otf"));  // comes first, but must not take its index
     ASSERT_TRUE(tools.load_fonts(cursor("skins/s/one"), 1));
     const signed char square = tools.find_font("Square")->font_index;
     const signed char round = tools.find_font("Round")->font_index;
     ASSERT_NE(-1, square);
     ASSERT_NE(-1, round);
     ASSERT_TRUE(tools.load_fonts(cursor("skins/s/two"), 0));
-    EXPECT_EQ(3, tools.fonts.get_count());
+    EXPECT_EQ(4, tools.fonts.get_count());
     EXPECT_EQ(round, tools.find_font("Round")->font_index);
     EXPECT_STREQ("$APPDATA/skins/s/two", tools.find_font("Round")->path);
     EXPECT_EQ(square, tools.find_font("Square")->font_index);

@@ -117,6 +117,30 @@ TEST_F(GuiSkin, IsRebuiltWhenItHasChangedOrDoesntRead) {
     EXPECT_FALSE(has("skins/s/skin.bin.tmp"));
 }
 
+TEST_F(GuiSkin, ADamagedDescriptionIsNoEnd) {
+    put_skin("s", 3);
+    ASSERT_TRUE(run("s")) << trace;
+    // Noise instead of keys: the version is lost, so the skin is built anew, once.
+    std::string noise(700, '\0');
+    for (std::size_t i = 0; i < noise.size(); ++i) {
+        noise[i] = static_cast<char>(i * i * 7 + i / 3);
+    }
+    put("skins/s/skin.cfg", noise);
+    EXPECT_TRUE(is_rebuilt("s", "s"));
+    EXPECT_STREQ("", skin.author);
+    EXPECT_EQ(0, tools.internal_version);
+    EXPECT_FALSE(is_rebuilt("s", "s"));
+    put("skins/s/skin.cfg", "internal_version\n\tfour\n");
+    EXPECT_FALSE(is_rebuilt("s", "s"));
+    EXPECT_NE(std::string::npos, trace.find("skins/s/skin.cfg: the value \"four\"")) << trace;
+    // Where there is none, the compiled skin is all there is.
+    std::filesystem::remove(path_of("skins/s/skin.cfg"));
+    std::filesystem::create_directories(path_of("skins/s/skin.cfg"));
+    EXPECT_FALSE(is_rebuilt("s", "s"));
+    EXPECT_NE(std::string::npos, trace.find("skins/s/skin.cfg: the skin's description"));
+    EXPECT_FALSE(run("s", true));
+}
+
 TEST_F(GuiSkin, NeedsAllItsPartsAndADescription) {
     EXPECT_FALSE(run("s"));
     EXPECT_FALSE(run(""));
@@ -263,6 +287,17 @@ TEST_F(GuiSkin, TintsItsImagesAndNamesItsFont) {
     EXPECT_NE(std::string::npos, trace.find("recolour_skin_to"));
 }
 
+TEST_F(GuiSkin, TheFolderOfSkinsIsMade) {
+    for (const bool generating : {true, false}) {
+        std::filesystem::remove_all(path_of("skins"));
+        GUI_SKIN::forget_skin_path();
+        EXPECT_FALSE(skin.load("s", versions, 1, nullptr, nullptr, generating));
+        const std::string skins = generating ? "skins" : "add_ons/skins";
+        EXPECT_TRUE(has(skins + "/s"));
+        EXPECT_STREQ(path_of(skins).c_str(), GUI_SKIN::get_skin_path(generating).get_path_string());
+    }
+}
+
 TEST_F(GuiSkin, SkinsAreSeededFromTheApplicationsData) {
     put_skin("s", 1);
     EXPECT_STREQ(path_of("skins").c_str(), GUI_SKIN::get_skin_path(1).get_path_string());
@@ -275,6 +310,26 @@ TEST_F(GuiSkin, SkinsAreSeededFromTheApplicationsData) {
     EXPECT_TRUE(has("add_ons/skins/s/skin.bin"));
     EXPECT_FALSE(has("skins/s/skin.bin"));
     EXPECT_STREQ("$ADD_ONS/skins/s/style_sets", GUI_SKIN::get_style_set("BUTTON").image_path);
+
+    // The places that were remembered in one skin are found anew in another, and back.
+    std::int32_t style = -1;
+    std::int16_t constant = -1;
+    EXPECT_STREQ("HINT", GUI_SKIN::get_style_set("HINT", nullptr, &style).name);
+    EXPECT_EQ(120, GUI_SKIN::get_constant("WIDTH", nullptr, &constant));
+    put_skin("other", 1);
+    put_style_set("skins/other/style_sets/a.ss", "A", "");
+    put("skins/other/constants/sizes.cfg", "ABOVE\n\t1\nWIDTH\n\t77\n");
+    GUI_SKIN::set_skin_path(cursor("skins"));
+    EXPECT_TRUE(skin.load("other", versions, 0, nullptr, nullptr, 0)) << trace;
+    EXPECT_STREQ("HINT", GUI_SKIN::get_style_set("HINT", nullptr, &style).name);
+    EXPECT_EQ(77, GUI_SKIN::get_constant("WIDTH", nullptr, &constant));
+    EXPECT_EQ(0, GUI_SKIN::get_constant("GONE", nullptr, &constant));
+    EXPECT_EQ(77, GUI_SKIN::get_constant("WIDTH", nullptr, &constant));
+    EXPECT_TRUE(skin.load("s", versions, 0, nullptr, nullptr, 0)) << trace;
+    EXPECT_STREQ("HINT", GUI_SKIN::get_style_set("HINT", nullptr, &style).name);
+    EXPECT_EQ(nullptr, GUI_SKIN::get_style_set("A", nullptr, &style).name);
+    EXPECT_EQ(120, GUI_SKIN::get_constant("WIDTH", nullptr, &constant));
+    std::filesystem::remove_all(path_of("skins/other"));
 
     // Once a skin has been compiled there, nothing is copied any more.
     put_skin("t", 1);

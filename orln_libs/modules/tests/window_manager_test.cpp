@@ -112,6 +112,15 @@ TEST_F(WindowSlots, TheAlertsWindowIsFocalOnItsOwn) {
     manager().close_window(3);
     EXPECT_EQ(-1, manager().focal_alerts_window);
     EXPECT_EQ(0, manager().get_last_focal_window());
+    add_window(1, 1);
+    add_window(3, 1);
+    manager().set_window_as_focal_window(1);
+    manager().set_window_as_focal_window(3);
+    manager().close_window(3);  // the child window keeps the keyboard
+    EXPECT_EQ(1, manager().get_focal_window());
+    EXPECT_EQ(1, manager().get_last_focal_window());
+    manager().set_window_as_focal_window(77);
+    EXPECT_EQ(1, manager().get_focal_window());
     EXPECT_FALSE(WM_WINDOW_MANAGER::is_window_data_saveable(4));
     EXPECT_TRUE(WM_WINDOW_MANAGER::is_window_data_saveable(2));
 }
@@ -313,7 +322,7 @@ TEST_F(Windows, SettingsComeBack) {
     window(0).set_coordinates(20, 30);
     window(0).set_extended(0);
     manager()->desktop_alerts = false;
-    manager()->notification_count = 7;
+    manager()->notification_count = static_cast<signed char>(255);  // until the window is activated
     manager()->close_window(0);
     const std::string text = read(root / "opt/game/data/config/windows.cfg");
     EXPECT_THAT(text, HasSubstr("WINDOW_WIDTH_0\n\t410"));
@@ -329,7 +338,7 @@ TEST_F(Windows, SettingsComeBack) {
     EXPECT_EQ(30, window(0).y);
     EXPECT_FALSE(window(0).extended);
     EXPECT_FALSE(manager()->desktop_alerts);
-    EXPECT_EQ(7, manager()->notification_count);
+    EXPECT_EQ(255, static_cast<unsigned char>(manager()->notification_count));
     manager()->config_file = nullptr;
 }
 
@@ -365,6 +374,28 @@ TEST_F(Windows, StoredPlacesAreBroughtWithinTheirLimits) {
         EXPECT_EQ(each.expected_y, window(0).y) << each.y;
         EXPECT_EQ(WM_WINDOW_MANAGER::SEVERAL_WINDOWS, manager()->display_mode);
     }
+}
+
+TEST_F(Windows, StoredNumbersThatMakeNoSenseChangeNothing) {
+    CONFIG_FILE file("windows.cfg", true, FOLDER_APPDATA, true);
+    DISK_MANAGER& folder = file.get_base_path();
+    const DISPLAY_SETTINGS& known = WINDOWED_APPLICATION_FRAMEWORK::default_display_settings;
+    file.write(folder, "DISPLAY_MODE", "2");
+    file.write(folder, "SCREEN_COLOUR_DEPTH", std::to_string(known.colour_depth).c_str());
+    file.write(folder, "SCREEN_REFRESH_RATE", std::to_string(known.refresh_rate).c_str());
+    file.write(folder, "SCREEN_WIDTH", std::to_string(known.width + 65536).c_str());
+    file.write(folder, "SCREEN_HEIGHT", std::to_string(known.height).c_str());
+    manager()->config_file = &file;
+    for (const char* count : {"256", "-1", "99999999999", "many", ""}) {
+        file.write(folder, "WINDOW_NOTIFICATION_COUNT", count);
+        add(0, SMALL, LARGE);
+        EXPECT_EQ(1, manager()->notification_count) << count;
+    }
+    EXPECT_EQ(-1, manager()->current_display_setting);
+    file.write(folder, "SCREEN_WIDTH", std::to_string(known.width).c_str());
+    add(0, SMALL, LARGE);
+    EXPECT_EQ(0, manager()->current_display_setting);
+    manager()->config_file = nullptr;
 }
 
 TEST_F(Windows, AlertsSlideInAndOut) {

@@ -235,7 +235,7 @@ IMAGE* IMAGE_CACHE::open_image(const char* path, const char* name, std::int32_t 
     if (!entry) {
         return nullptr;
     }
-    ++entry->use_count;
+    entry->add_use();
     return &entry->image;
 }
 
@@ -258,9 +258,7 @@ CACHE_ENTRY* IMAGE_CACHE::load_new(const char* path, const char* name, std::int3
 }
 
 void IMAGE_CACHE::release(CACHE_ENTRY& entry) {
-    if (entry.use_count > 0) {
-        --entry.use_count;
-    }
+    entry.drop_use();
     if (entry.use_count == 0 && (discard_unused || entry.stale || entry.custom)) {
         remove_entry(&entry);
     }
@@ -274,7 +272,7 @@ void IMAGE_CACHE::close(IMAGE* image) {
 
 IMAGE* IMAGE_CACHE::duplicate(IMAGE* image) {
     if (CACHE_ENTRY* entry = get_entry(image)) {
-        ++entry->use_count;
+        entry->add_use();
     }
     return image;
 }
@@ -368,7 +366,7 @@ void IMAGE_CACHE::resize_image(IMAGE*& image, std::int32_t width, std::int32_t h
         }
         other->stale = entry->stale;
     }
-    ++other->use_count;
+    other->add_use();
     image = &other->image;
     release(*entry);
 }
@@ -499,18 +497,22 @@ unsigned char IMAGE_CACHE::read_entry(const DATA_DEVICE& device, unsigned char v
     } else if (!device.read_dynamic_text(entry->path, CACHE_ENTRY::PATH_SIZE)) {
         return 0;
     }
-    std::uint16_t sizes[4];
-    for (std::uint16_t& size : sizes) {
-        size = 0;
-    }
+    std::uint16_t sizes[4] = {};
     if (!device.read_dynamic_text(entry->filename, CACHE_ENTRY::NAME_SIZE) ||
         !(device >> sizes[0]) || !(device >> sizes[1]) || !(device >> sizes[2]) ||
         !(device >> sizes[3]) || !entry->image.get_from_data_device(device)) {
         return 0;
     }
-    entry->width = static_cast<std::int16_t>(sizes[0]);
-    entry->height = static_cast<std::int16_t>(sizes[1]);
-    entry->orig_width = static_cast<std::int16_t>(sizes[2]);
-    entry->orig_height = static_cast<std::int16_t>(sizes[3]);
+    // Not the numbers that were read: a picture that is never found under its size would be copied
+    // at every opening.
+    set_size_of_entry(*entry);
+    const auto is_side = [](std::uint16_t side) { return side >= 1 && side <= INT16_MAX; };
+    if (is_side(sizes[2]) && is_side(sizes[3])) {
+        entry->orig_width = static_cast<std::int16_t>(sizes[2]);
+        entry->orig_height = static_cast<std::int16_t>(sizes[3]);
+    } else {
+        entry->orig_width = entry->width;
+        entry->orig_height = entry->height;
+    }
     return insert_entry(entry);
 }

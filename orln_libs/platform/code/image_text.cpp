@@ -29,9 +29,9 @@ std::int32_t limit(std::int32_t coordinate) {
     return std::clamp(coordinate, -FAR_AWAY, FAR_AWAY);
 }
 
-// Half of a distance, rounded as positions are.
+// Half of a distance, an odd one rounded up. It may be negative: text can be higher than its box.
 std::int32_t half_of(std::int32_t distance) {
-    return static_cast<std::int32_t>(distance * 0.5 + 0.5);
+    return (distance + 1) >> 1;
 }
 
 // A font and a size to measure with.

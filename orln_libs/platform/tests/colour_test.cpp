@@ -108,6 +108,29 @@ TEST(Colour, RecolourKeepsBrightnessAndAlpha) {
     EXPECT_EQ(COLOUR(0x12808080u), recoloured(0x12808080u, COLOUR_WHITE));
 }
 
+TEST(Colour, NoChangeOfTheColourTouchesAnyAlpha) {
+    for (unsigned alpha = 0; alpha < 256; ++alpha) {
+        const COLOUR pixel = COLOUR(0x00804020u).with_alpha(static_cast<unsigned char>(alpha));
+        EXPECT_EQ(alpha, pixel.alpha());
+        EXPECT_EQ(alpha != 0, pixel.is_set());
+        for (const COLOUR tint : {COLOUR_RED, COLOUR_BLACK, COLOUR(0x00204060u)}) {
+            COLOUR changed = pixel;
+            changed.recolour(tint);
+            COLOUR opaque = pixel.with_alpha(255);
+            opaque.recolour(tint.with_alpha(77));
+            EXPECT_EQ(opaque.with_alpha(static_cast<unsigned char>(alpha)), changed);
+            changed.set_hsl(0.3, 0.6, 0.4);
+            EXPECT_EQ(alpha, changed.alpha());
+        }
+        double hue = 0;
+        double saturation = 0;
+        double lightness = 0;
+        pixel.get_hsl(hue, saturation, lightness);
+        EXPECT_NEAR(20.0 / 360, hue, 1e-9);
+        EXPECT_EQ(COLOUR(0xFF804020u).get_rgb_brightness(), pixel.get_rgb_brightness());
+    }
+}
+
 TEST(Colour, BrightnessAndReadableText) {
     EXPECT_EQ(255, COLOUR_WHITE.get_rgb_brightness());
     EXPECT_EQ(149, COLOUR_GREEN.get_rgb_brightness());

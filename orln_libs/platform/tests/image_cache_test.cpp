@@ -99,6 +99,21 @@ TEST_F(ImageCache, APictureIsReadOnceAndSharedByItsUsers) {
     EXPECT_EQ(0, cache.get_image_orig_width(nullptr));
 }
 
+TEST_F(ImageCache, MoreUsersThanCanBeCountedKeepAPictureForGood) {
+    cache.discard_unused = true;
+    IMAGE* image = open("red");
+    constexpr int USERS = 66000;
+    for (int i = 1; i < USERS; ++i) {
+        cache.duplicate(image);
+    }
+    for (int i = 0; i < USERS; ++i) {
+        cache.close(image);
+        ASSERT_EQ(1, cache.entries.get_count()) << i;
+    }
+    EXPECT_EQ(image, open("red"));
+    EXPECT_EQ(CACHE_ENTRY::MAX_USES, entry_of(image)->use_count);
+}
+
 TEST_F(ImageCache, TwoSizesOfAFileAreTwoEntriesOfWhichTheSecondIsNotRead) {
     IMAGE* natural = open("red");
     remove("red");
@@ -303,6 +318,33 @@ TEST_F(ImageCache, OlderFormHasAFolderRecord) {
     message.set_pos(0, false);
     ASSERT_EQ(1, cache.get_from_data_device(message));
     EXPECT_NE(nullptr, open("old", ANY, ANY, IMAGE_CACHE::NEVER_FROM_DISK));
+}
+
+TEST_F(ImageCache, SizesThatBelieTheirPictureAreNotBelieved) {
+    make("x", COLOUR_BLUE, 3, 2);
+    cache.close(open("x"));
+    const BYTES good = store(cache);
+    constexpr std::size_t SIZES = 1 + 4 + (4 + 14) + (4 + 1);
+    ASSERT_EQ((BYTES{3, 0, 2, 0, 3, 0, 2, 0}),
+              BYTES(good.begin() + SIZES, good.begin() + SIZES + 8));
+    for (const int value : {0x0000, 0x8000, 0xFFFF}) {
+        BYTES odd = good;
+        for (std::size_t i = 0; i < 8; i += 2) {
+            odd[SIZES + i] = static_cast<std::uint8_t>(value);
+            odd[SIZES + i + 1] = static_cast<std::uint8_t>(value >> 8);
+        }
+        IMAGE_CACHE other;
+        ASSERT_EQ(1, read(other, odd));
+        // Found, and not copied, however often and in whatever way it is asked for.
+        for (const std::int32_t width : {ANY, 3}) {
+            IMAGE* image = other.open_image(PATH, "x", width, ANY, IMAGE_CACHE::NEVER_FROM_DISK, 1);
+            ASSERT_NE(nullptr, image);
+            EXPECT_EQ(1, other.entries.get_count());
+            EXPECT_EQ(3, other.get_image_orig_width(image));
+            EXPECT_EQ(2, other.get_image_orig_height(image));
+        }
+        EXPECT_EQ(good, store(other));
+    }
 }
 
 TEST_F(ImageCache, DamagedFormsAreRefusedAndLeaveWhatCameBefore) {

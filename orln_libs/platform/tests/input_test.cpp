@@ -223,8 +223,14 @@ TEST_F(KEYBOARD_TEST, QuickKeysAreSeenOneByOne) {
     process_os_events();
     EXPECT_EQ(KEY_RETURN, keyboard.get_code());
     typed();
+    // What is held with a key is held for as long as the application looks.
+    take_after({key(SDLK_LSHIFT, KMOD_LSHIFT), key(SDLK_TAB, KMOD_LSHIFT),
+                key(SDLK_TAB, KMOD_LSHIFT, false), key(SDLK_LSHIFT, KMOD_NONE, false)},
+               0);
+    EXPECT_EQ(1, keyboard.get_key_value(KEY_SHIFT));
+    EXPECT_EQ(KEY_TAB, keyboard.get_code());
     process_os_events();
-    EXPECT_EQ(KEY_NONE, keyboard.get_code());
+    EXPECT_EQ(0, keyboard.get_key_value(KEY_SHIFT));
 }
 
 TEST_F(MOUSE_TEST, ButtonsAreBits) {

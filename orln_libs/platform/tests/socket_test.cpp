@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -104,6 +105,15 @@ TEST(TcpipSocket, ConnectGivesUpWhenNobodyAnswers) {
         result = callers.back()->connect(LOOPBACK, listener.get_local_port(), 1);
     }
     EXPECT_EQ(result, SOCKET_TIMEOUT);
+
+    // Nor does it wait on when it is told not to.
+    int asked = 0;
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(callers.back()->connect(LOOPBACK, listener.get_local_port(), 60,
+                                      [&asked] { return ++asked < 3; }),
+              SOCKET_TIMEOUT);
+    EXPECT_EQ(asked, 3);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
 }
 
 TEST(TcpipSocket, ListenTakesOneAddressAndRefusesATakenPort) {

@@ -369,6 +369,22 @@ TEST_F(Text, SingleLinesAreAlignedInBothDirections) {
     EXPECT_GT(ink(image).right, 100 + bearing + w - 3);
 }
 
+TEST_F(Text, IsCentredInLinesThatAreLowerThanItToo) {
+    for (std::int32_t height = 1; height <= 30; ++height) {
+        image.clear(COLOUR_WHITE);
+        image.draw_single_line_string(100, 30, 299, 30 + height - 1, COLOUR_BLACK, COLOUR_INVISIBLE,
+                                      COLOUR_INVISIBLE, 0, SIZE, SIZE, "HH", IMAGE_TEXT_LEFT);
+        const auto top = static_cast<std::int32_t>(30 + (height - SIZE) * 0.5 + 0.5);
+        EXPECT_EQ(top + 14 - 1, ink(image).bottom) << height;
+        IMAGE wrapped(400, 80);
+        wrapped.clear(COLOUR_WHITE);
+        wrapped.draw_multi_line_string(100, 30, 299, 30 + height - 1, COLOUR_BLACK,
+                                       COLOUR_INVISIBLE, COLOUR_INVISIBLE, 0, SIZE, SIZE, "HH",
+                                       IMAGE_TEXT_LEFT);
+        EXPECT_TRUE(image == wrapped) << height;
+    }
+}
+
 TEST_F(Text, SingleLinesThatDoNotFitEndInAnEllipsis) {
     unsigned char was_cut = 0;
     const std::int32_t whole = width("Stadium");

@@ -20,7 +20,6 @@ std::unique_ptr<DISK_MANAGER> GUI_SKIN::skin_path;
 namespace {
 
 constexpr const char* SKINS_FOLDER = "skins";
-constexpr const char* SKIN_FILE = "skin.cfg";
 constexpr const char* COMPILED_FILE = "skin.bin";
 constexpr unsigned char FLAGS_WHILE_BUILDING = IMAGE_CACHE::FORGET_FAILURE;
 
@@ -77,19 +76,14 @@ bool holds_compiled_skin(const DISK_MANAGER& skins) {
     return found;
 }
 
-// Copies the skins that the application brings along to the folder that `disk` stands in or, if it
-// isn't there yet, above; `disk` stands in it afterwards. False if there are none.
-bool copy_seed(DISK_MANAGER& disk, bool is_there) {
+// Copies the skins that the application brings along, if there are any, to the folder `skins`.
+void copy_seed(const DISK_MANAGER& skins) {
     DISK_MANAGER seed;
-    if (!seed.goto_path(FOLDER_APPDATA) || !seed.move_down(SKINS_FOLDER) ||
-        !(is_there || disk.move_down(SKINS_FOLDER, true))) {
-        return false;
-    }
-    if (!DISK_MANAGER::copy_tree(seed, disk)) {
+    if (seed.goto_path(FOLDER_APPDATA) && seed.move_down(SKINS_FOLDER) &&
+        !DISK_MANAGER::copy_tree(seed, skins)) {
         TRACE_OUTPUT::output_warning("%s: not all skins could be copied here",
-                                     disk.get_path_string());
+                                     skins.get_path_string());
     }
-    return true;
 }
 
 void copy_arrow(const char* name, IMAGE& target) {
@@ -104,19 +98,16 @@ DISK_MANAGER GUI_SKIN::get_skin_path(unsigned char generating) {
     if (skin_path) {
         return *skin_path;
     }
+    // The folder is made if it isn't there: a skin that is generated belongs into it.
     DISK_MANAGER disk;
-    bool found = false;
-    if (generating) {
-        found = disk.goto_path(FOLDER_APPDATA) && disk.move_down(SKINS_FOLDER);
-    } else if (disk.goto_path(FOLDER_ADD_ONS)) {
-        found = disk.move_down(SKINS_FOLDER);
-        if (!found || !holds_compiled_skin(disk)) {
-            found = copy_seed(disk, found) || found;
-        }
+    if (!disk.goto_path(generating ? FOLDER_APPDATA : FOLDER_ADD_ONS) ||
+        !disk.move_down(SKINS_FOLDER, true)) {
+        return disk;
     }
-    if (found) {
-        set_skin_path(disk);
+    if (!generating && !holds_compiled_skin(disk)) {
+        copy_seed(disk);
     }
+    set_skin_path(disk);
     return disk;
 }
 
@@ -181,14 +172,15 @@ bool GUI_SKIN::is_current(DISK_MANAGER skins, const char* skin) const {
     std::string name_at_level = skin;
     for (int level = 0; level < MAX_LEVELS; ++level) {
         DISK_MANAGER disk = skins;
-        CONFIG_FILE config(SKIN_FILE, true, FOLDER_BASE, false);
-        if (!disk.move_down(name_at_level.c_str()) || !DISK_MANAGER::file_exists(disk, SKIN_FILE)) {
+        CONFIG_FILE config(SKIN_INFO_FILE, true, FOLDER_BASE, false);
+        if (!disk.move_down(name_at_level.c_str()) ||
+            !DISK_MANAGER::file_exists(disk, SKIN_INFO_FILE)) {
             return true;  // nothing to compare with
         }
-        std::uint32_t version = 0;
-        config.read(disk, "internal_version", version);
+        std::uint16_t version = 0;
+        read_skin_version(config, disk, version);
         tools().load_header(disk, COMPILED_FILE);
-        if (tools().internal_version != static_cast<std::uint16_t>(version)) {
+        if (tools().internal_version != version) {
             return false;
         }
         char base[CONFIG_FILE::value_size];
@@ -214,7 +206,7 @@ bool GUI_SKIN::load_skin(const char* skin, CONFIG_FILE& versions, unsigned char 
     tools().load_header(disk, COMPILED_FILE);
     const std::uint16_t compiled_version = tools().internal_version;
 
-    CONFIG_FILE config(SKIN_FILE, true, FOLDER_BASE, false);
+    CONFIG_FILE config(SKIN_INFO_FILE, true, FOLDER_BASE, false);
     char base[CONFIG_FILE::value_size];
     const bool has_base = config.read(disk, "base_skin_folder", base) && *base;
     if (has_base) {
@@ -305,7 +297,7 @@ bool GUI_SKIN::regenerate_level(DISK_MANAGER& disk, bool has_base, CONFIG_FILE& 
             tools().recolour(tint);
             WM_PAGE_TOOL_MANAGER::styleset_image_cache.recolour_in_place = false;
         } else {
-            trace_refused_value(disk, SKIN_FILE, "recolour_skin_to", value);
+            trace_refused_value(disk, SKIN_INFO_FILE, "recolour_skin_to", value);
         }
     }
     if (!read_folder("constants", [](const auto& folder) { tools().load_constants(folder); }) ||
@@ -349,7 +341,7 @@ bool GUI_SKIN::get_skin_info(CONFIG_FILE& config, DISK_MANAGER& disk, char* fold
 
 bool GUI_SKIN::set_skin_info(DISK_MANAGER& disk) {
     static_assert(TEXT_SIZE == SKIN_INFO_TEXT_SIZE);
-    CONFIG_FILE config(SKIN_FILE, true, FOLDER_BASE, false);
+    CONFIG_FILE config(SKIN_INFO_FILE, true, FOLDER_BASE, false);
     std::uint16_t internal_version = 0;
     // The sizes are asked for by being other than 0.
     default_height = default_width = -1;
@@ -362,7 +354,7 @@ bool GUI_SKIN::set_skin_info(DISK_MANAGER& disk) {
 }
 
 void GUI_SKIN::setup_font_manager(DISK_MANAGER& disk) {
-    CONFIG_FILE config(SKIN_FILE, true, FOLDER_BASE, false);
+    CONFIG_FILE config(SKIN_INFO_FILE, true, FOLDER_BASE, false);
     FONT_MANAGER& manager = FONT_MANAGER::get_instance();
     char value[CONFIG_FILE::value_size];
     if (config.read(disk, "font_name", value)) {
@@ -370,7 +362,7 @@ void GUI_SKIN::setup_font_manager(DISK_MANAGER& disk) {
         if (font != -1) {
             manager.font = font;
         } else {
-            trace_refused_value(disk, SKIN_FILE, "font_name", value);
+            trace_refused_value(disk, SKIN_INFO_FILE, "font_name", value);
         }
     }
     const auto read_size = [&](const char* key, std::int16_t& size) {
@@ -379,7 +371,7 @@ void GUI_SKIN::setup_font_manager(DISK_MANAGER& disk) {
         }
         std::int32_t number = 0;
         if (!parse_skin_number(value, number) || number > FONT_MANAGER::MAX_TEXT_SIZE) {
-            trace_refused_value(disk, SKIN_FILE, key, value);
+            trace_refused_value(disk, SKIN_INFO_FILE, key, value);
         } else if (number > 0) {
             size = static_cast<std::int16_t>(number);
         }

@@ -40,6 +40,10 @@ bool find_marks(std::string_view text, std::size_t start, TAG_MARKS& marks) {
 
 }  // namespace
 
+std::string make_colour_tag(COLOUR colour) {
+    return "<:colour#" + std::to_string(colour.value) + ">";
+}
+
 // The walk through the text. The name of a tag is walked like any other text; the gap behind it,
 // from the ":" to the ">", is passed over when the walk comes to it. A name may hold the "<" of
 // another tag, whose ":" is then found behind the first one's ">", so that several gaps may lie

@@ -297,8 +297,9 @@ WM_MESG TEXT_BOX::handle_callback(WM_SCREEN_OBJECT* object, void* data1, void* d
 }
 
 WM_MESG TEXT_BOX::run_tag_callback(const WM_SCREEN_OBJECT& button) {
-    drop_retired();  // of the last callback: what is retired next has to be the button that runs
-                     // now
+    if (!tag_clicked) {
+        drop_retired();  // that of the last callback makes room for the button that runs now
+    }
     tag_clicked = true;
     tag_data1 = to_number(button.right_data1);
     tag_data2 = to_number(button.right_data2);

@@ -88,7 +88,7 @@ NETWORK_CONNECTION NETWORK_MANAGER::connect(const char* host, std::uint16_t port
                                             void* message_function_user) {
     enter_pump();
     auto socket = std::make_unique<KV_SOCKET::TCPIP_SOCKET>();
-    std::int32_t result = socket->connect(host, port, connect_timeout);
+    std::int32_t result = socket->connect(host, port, connect_timeout, connect_go_on);
     NETWORK_CONNECTION connection;
     if (result == KV_SOCKET::SOCKET_OK) {
         connection = make_connection(std::move(socket));

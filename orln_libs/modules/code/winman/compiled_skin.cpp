@@ -92,8 +92,8 @@ private:
 
 bool check_compiled_skin(const DATA_DEVICE& device, std::int16_t file_version) {
     LAYOUT_WALKER walker(device);
-    return (file_version != 20 || walker.skip(1)) && walker.skip_cache() &&
-           (file_version < 21 || walker.skip_cache()) &&
+    return (file_version != VERSION_WITH_SKIPPED_BYTE || walker.skip(1)) && walker.skip_cache() &&
+           (file_version < SECOND_CACHE_SINCE || walker.skip_cache()) &&
            walker.skip_group(2, STYLE_SET_RECORD_SIZE) && walker.skip_group(2, FONT_RECORD_SIZE) &&
            walker.skip_group(1, COLOUR_RECORD_SIZE) && walker.skip_group(2, IMAGE_RECORD_SIZE) &&
            walker.skip_group(1, CONSTANT_RECORD_SIZE);

@@ -8,6 +8,13 @@
 
 class DATA_DEVICE;
 
+// From this version on the file holds its internal version.
+inline constexpr std::int16_t INTERNAL_VERSION_SINCE = 22;
+// From this version on the file holds the second cache.
+inline constexpr std::int16_t SECOND_CACHE_SINCE = 21;
+// This version holds a byte in front of the caches that is skipped.
+inline constexpr std::int16_t VERSION_WITH_SKIPPED_BYTE = 20;
+
 // Bytes of the records without the characters of their texts; each text has a count of 4 bytes.
 inline constexpr std::int64_t STYLE_SET_NUMBERS_SIZE = 91;
 inline constexpr std::int64_t STYLE_SET_RECORD_SIZE =

@@ -10,6 +10,9 @@ void WM_PAGE_MANAGER::give_focus_if_none() {
 }
 
 void WM_PAGE_MANAGER::change_all_pages(std::int32_t first) {
+    if (get_area(first) == nullptr) {
+        return;
+    }
     const std::int32_t start = first == -1 ? current_area : first;
     for (std::int32_t i = 0; i < area_count; ++i) {
         change_page((start + i) % area_count);
@@ -47,14 +50,8 @@ void WM_PAGE_MANAGER::rebuild_all_pages(bool clear_modals) {
 void WM_PAGE_MANAGER::refresh_page_now(WM_AREA& area) {
     const bool was_visible = area.visible;
     area.refresh_now = false;
-    area.run_objects_deleting();
-    area.clear_objects(0, 1);
+    rebuild_page(area, false);
     area.visible = was_visible;
-    if (area.get_current().create != nullptr) {
-        area.get_current().create(*this);
-    }
-    give_focus_if_none();
-    mark_area(area);
     check_for_draw();
 }
 
@@ -75,7 +72,8 @@ void WM_PAGE_MANAGER::step_to_next_screen(WM_AREA& area) {
         left.keep = false;
     }
     if (!left.keep) {
-        left.clear();
+        // The page on show may have been chosen again with the same data, which lives on then.
+        left.data != nullptr&& left.data == area.next_screen.data ? left.reset() : left.clear();
     } else if (++area.current_screen == WM_AREA::HISTORY_SIZE) {
         --area.current_screen;
         area.history[0].clear();

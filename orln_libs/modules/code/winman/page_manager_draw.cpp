@@ -90,7 +90,9 @@ void WM_PAGE_MANAGER::draw_region(WM_WINDOW_INFO& info, const WM_REGION& region,
     }
     if (!under_modal) {
         if (!under_child) {
-            background.put(0, 0, &buffer, IMAGE_COPY_SOLID);
+            // A background that nobody has set is black.
+            IMAGE& behind = get_background(background.width > 0);
+            behind.put(0, 0, &buffer, IMAGE_COPY_SOLID);
         }
         for (const auto& area : areas) {
             area->check_for_redraw();

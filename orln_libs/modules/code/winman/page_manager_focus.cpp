@@ -121,7 +121,8 @@ bool WM_PAGE_MANAGER::give_focus_to_recent_object() {
     return walk.recent != nullptr;
 }
 
-// The first visible area after `first` in that direction, `first` itself being the last choice.
+// The first visible area after `first` in that direction that has an object for the focus, `first`
+// itself being the last choice.
 bool WM_PAGE_MANAGER::give_focus_to_area(std::int32_t first, std::int32_t step) {
     if (areas[0]->get_active_modal_object_count(-1) > 0) {
         return false;
@@ -136,8 +137,8 @@ bool WM_PAGE_MANAGER::give_focus_to_area(std::int32_t first, std::int32_t step) 
         find_focal_objects(area, walk);
         if (walk.first != nullptr) {
             walk.first->take_focus(0);
+            return true;
         }
-        return walk.first != nullptr;
     }
     return false;
 }

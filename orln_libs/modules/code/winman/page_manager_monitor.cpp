@@ -14,7 +14,7 @@ class TICK_MOUSE {
 public:
     TICK_MOUSE(signed char window, std::int16_t simulated_x, std::int16_t simulated_y,
                bool simulated_button) {
-        const bool simulated = simulated_x != -1 && simulated_y != -1;
+        simulated = simulated_x != -1 && simulated_y != -1;
         changed = simulated || (MOUSE::window != -1 && MOUSE::window != window);
         if (!changed) {
             return;
@@ -35,7 +35,9 @@ public:
         if (!changed) {
             return;
         }
-        MOUSE::process_mouse_button(MOUSE_BUTTON_LEFT, left_was_down);
+        if (simulated) {
+            MOUSE::process_mouse_button(MOUSE_BUTTON_LEFT, left_was_down);
+        }
         MOUSE::x = saved_x;
         MOUSE::y = saved_y;
         MOUSE::window = saved_window;
@@ -45,7 +47,7 @@ public:
     TICK_MOUSE& operator=(const TICK_MOUSE&) = delete;
 
 private:
-    bool changed;
+    bool simulated, changed;
     std::int16_t saved_x = -1, saved_y = -1;
     char saved_window = -1;
     std::uint32_t saved_time = 0;
@@ -69,6 +71,7 @@ WM_MESG WM_PAGE_MANAGER::monitor(unsigned char blit) {
     {
         const TICK_MOUSE mouse(window, simulated_x, simulated_y, simulated_button);
         simulated_x = simulated_y = -1;
+        free_right_button(*info);
         if (is_focal()) {
             move_focus_by_keys();
         }
@@ -97,6 +100,16 @@ WM_MESG WM_PAGE_MANAGER::monitor(unsigned char blit) {
         manager->blit_window(window, 0);
     }
     return result;
+}
+
+// An object that was hidden while it held the right button, or came under a modal one, never sees
+// the release and would keep all others from right clicks.
+void WM_PAGE_MANAGER::free_right_button(WM_WINDOW_INFO& info) {
+    const bool is_down = MOUSE::is_down(MOUSE_BUTTON_RIGHT) || keyboard.get_key_value(KEY_RETURN);
+    if (!is_down && !right_was_down) {
+        info.right_mouse_object = nullptr;
+    }
+    right_was_down = is_down;
 }
 
 void WM_PAGE_MANAGER::move_focus_by_keys() {

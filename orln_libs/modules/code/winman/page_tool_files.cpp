@@ -194,11 +194,17 @@ bool WM_PAGE_TOOL_MANAGER::load_fonts(const DISK_MANAGER& disk, unsigned char cl
     const bool walked = walk_files(
         disk, FONT_SUFFIX,
         [this](const DISK_MANAGER& folder, const char* name) { add_font(folder, name); });
+    std::vector<WM_PTM_FONT_INFO*> missing;  // those of a base skin are there
     for (std::int32_t i = 0; i < fonts.get_count(); ++i) {
         auto* font = fonts.get<WM_PTM_FONT_INFO>(i);
-        if (FONT_MANAGER::get_instance().is_font_valid(font->font_index)) {
-            continue;  // of a base skin
+        if (!FONT_MANAGER::get_instance().is_font_valid(font->font_index)) {
+            missing.push_back(font);
         }
+    }
+    // First those that have an index: any other takes whichever is free.
+    std::stable_partition(missing.begin(), missing.end(),
+                          [](const WM_PTM_FONT_INFO* font) { return font->font_index != -1; });
+    for (WM_PTM_FONT_INFO* font : missing) {
         run_loading_callback();
         if (!font->load_font()) {
             TRACE_OUTPUT::output_warning("%s/%s: the font can't be loaded", font->path,

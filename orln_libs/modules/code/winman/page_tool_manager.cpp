@@ -16,13 +16,6 @@ void* WM_PAGE_TOOL_MANAGER::loading_update_data = nullptr;
 
 namespace {
 
-// From this version on the file holds its internal version.
-constexpr std::int16_t INTERNAL_VERSION_SINCE = 22;
-// From this version on the file holds the second cache.
-constexpr std::int16_t SECOND_CACHE_SINCE = 21;
-// This version holds a byte in front of the caches that is skipped.
-constexpr std::int16_t VERSION_WITH_SKIPPED_BYTE = 20;
-
 // As WM_STYLE_SET::cache_flags: images come from the cache that has been read, never from disk.
 constexpr unsigned char FLAGS_WHILE_LOADING = IMAGE_CACHE::NEVER_FROM_DISK;
 

@@ -20,11 +20,30 @@ COLOUR WM_SCREEN_OBJECT::outline_colour, WM_SCREEN_OBJECT::border_colour;
 
 namespace {
 
-constexpr unsigned char RIGHT_BUTTON = MOUSE_BUTTON_RIGHT;
-
 // The area of a modal object that belongs to an object of area `area`.
 std::int16_t get_modal_area(std::int16_t area) {
     return area >= 0 ? static_cast<std::int16_t>(-2 - area) : area;
+}
+
+// Takes the last object out of the list; null if it is empty.
+WM_SCREEN_OBJECT* take_last(PTRLLIST& list) {
+    if (list.get_tail() == nullptr) {
+        return nullptr;
+    }
+    list.set_cursor(list.get_tail());
+    auto* object = static_cast<WM_SCREEN_OBJECT*>(list.get_info_dec());
+    list.remove_node(object);
+    return object;
+}
+
+// Deletes an object that was taken out, or hides it if it isn't owned.
+void dispose_of(WM_SCREEN_OBJECT* object) {
+    if (object->not_owned) {
+        object->hide(0, 0);
+        object->parent = nullptr;
+    } else {
+        delete object;
+    }
 }
 
 // Sets the clock and the blink phases in the outermost update.
@@ -85,21 +104,24 @@ WM_PAGE_MANAGER* WM_SCREEN_OBJECT::get_page_manager() {
 // --- The tree ---
 
 void WM_SCREEN_OBJECT::add_object(WM_SCREEN_OBJECT* object, unsigned char relative) {
-    if (object == nullptr || object == this) {
-        return;
+    if (object != nullptr && object != this) {
+        take_in(*object, objects, area, relative != 0);
     }
+}
+
+void WM_SCREEN_OBJECT::take_in(WM_SCREEN_OBJECT& object, PTRLLIST& list, std::int16_t object_area,
+                               bool relative) {
     if (relative) {
-        object->move(static_cast<std::int16_t>(object->get_x() + get_x()),
-                     static_cast<std::int16_t>(object->get_y() + get_y()));
+        object.move(static_cast<std::int16_t>(object.get_x() + get_x()),
+                    static_cast<std::int16_t>(object.get_y() + get_y()));
     }
-    object->set_area(area);
-    append_object(objects, object);
-    object->parent = nullptr;
-    if (object->visible && drawn) {
-        const WM_REGION region = object->get_region();
+    object.set_area(object_area);
+    append_object(list, &object);
+    if (object.visible && drawn) {
+        const WM_REGION region = object.get_region();
         mark_redraw_subarea(region.left, region.top, region.right, region.bottom, REDRAW_GAP);
     }
-    object->parent = this;
+    object.parent = this;
 }
 
 void WM_SCREEN_OBJECT::remove_object(WM_SCREEN_OBJECT* object, unsigned char delete_it,
@@ -128,20 +150,9 @@ void WM_SCREEN_OBJECT::release_removed(WM_SCREEN_OBJECT& object, bool make_relat
 
 void WM_SCREEN_OBJECT::add_modal_object(WM_SCREEN_OBJECT* object, unsigned char relative) {
     WM_WINDOW_INFO* info = get_window_info();
-    if (info == nullptr || object == nullptr || object == this) {
-        return;
+    if (info != nullptr && object != nullptr && object != this) {
+        take_in(*object, info->modal_screen_objects, get_modal_area(area), relative != 0);
     }
-    if (relative) {
-        object->move(static_cast<std::int16_t>(object->get_x() + get_x()),
-                     static_cast<std::int16_t>(object->get_y() + get_y()));
-    }
-    object->set_area(get_modal_area(area));
-    append_object(info->modal_screen_objects, object);
-    if (object->visible && drawn) {
-        const WM_REGION region = object->get_region();
-        mark_redraw_subarea(region.left, region.top, region.right, region.bottom, REDRAW_GAP);
-    }
-    object->parent = this;
 }
 
 void WM_SCREEN_OBJECT::remove_modal_object(WM_SCREEN_OBJECT* object, unsigned char delete_it,
@@ -166,16 +177,8 @@ void WM_SCREEN_OBJECT::remove_modal_object(WM_SCREEN_OBJECT* object, unsigned ch
 void WM_SCREEN_OBJECT::clear_modals(WM_WINDOW_INFO& info, bool all_modals) {
     PTRLLIST& modals = info.modal_screen_objects;
     if (all_modals) {
-        while (modals.get_tail() != nullptr) {
-            OBJECT_WALK walk(modals, OBJECT_WALK::BACKWARD);
-            WM_SCREEN_OBJECT* object = walk.next();
-            modals.remove_node(object);
-            if (object->not_owned) {
-                object->hide(0, 0);
-                object->parent = nullptr;
-            } else {
-                delete object;
-            }
+        while (WM_SCREEN_OBJECT* object = take_last(modals)) {
+            dispose_of(object);
         }
         return;
     }
@@ -194,19 +197,11 @@ void WM_SCREEN_OBJECT::clear_objects(unsigned char all_modals, unsigned char chi
     if (info != nullptr && info->modal_screen_objects.get_count() != 0) {
         clear_modals(*info, all_modals != 0);
     }
-    while (children && objects.get_tail() != nullptr) {
-        objects.set_cursor(objects.get_tail());
-        auto* object = static_cast<WM_SCREEN_OBJECT*>(objects.get_info_dec());
-        objects.remove_node(object);
+    while (WM_SCREEN_OBJECT* object = children ? take_last(objects) : nullptr) {
         if (info != nullptr) {
             info->modal_screen_objects.remove_node(object);
         }
-        if (object->not_owned) {
-            object->hide(0, 0);
-            object->parent = nullptr;
-        } else {
-            delete object;
-        }
+        dispose_of(object);
     }
     if (visible) {
         mark_own_rectangle();
@@ -350,7 +345,7 @@ WM_MESG WM_SCREEN_OBJECT::monitor() {
 WM_MESG WM_SCREEN_OBJECT::monitor_right_button(WM_WINDOW_INFO& info) {
     const KEYBOARD keyboard;
     std::int16_t px = MOUSE::x, py = MOUSE::y;
-    bool down = MOUSE::is_down(RIGHT_BUTTON);
+    bool down = MOUSE::is_down(MOUSE_BUTTON_RIGHT);
     const bool return_down = keyboard.get_key_value(KEY_RETURN) != 0;
     // Control and Return are the keyboard's right click.
     if (has_focus() && keyboard.get_key_value(KEY_CONTROL) && (return_down || return_was_down)) {

@@ -8,7 +8,6 @@
 #include "modules/winman/screen_object.h"
 #include "modules/winman/window_info.h"
 #include "modules/winman/window_manager.h"
-#include "modules/winman/wm_window.h"
 #include "platform/image.h"
 
 bool WM_SCREEN_OBJECT::checking_modal_redraw = false;
@@ -52,11 +51,15 @@ IMAGE* WM_SCREEN_OBJECT::get_back_buffer(signed char of_window) const {
 WM_REGION WM_SCREEN_OBJECT::get_region() const {
     // The virtual sizes stand for the whole window where a manager has none of its own.
     auto& self = const_cast<WM_SCREEN_OBJECT&>(*this);
+    // A far edge beyond the range is far outside of the window.
+    const auto get_far_edge = [](std::int32_t near_edge, std::int32_t size) {
+        return static_cast<std::int16_t>(std::min<std::int32_t>(near_edge + size - 1, INT16_MAX));
+    };
     WM_REGION region;
     region.left = self.get_x();
     region.top = self.get_y();
-    region.right = static_cast<std::int16_t>(region.left + self.get_width() - 1);
-    region.bottom = static_cast<std::int16_t>(region.top + self.get_height() - 1);
+    region.right = get_far_edge(region.left, self.get_width());
+    region.bottom = get_far_edge(region.top, self.get_height());
     return region;
 }
 
@@ -65,15 +68,9 @@ WM_REGION WM_SCREEN_OBJECT::get_region() const {
 void WM_SCREEN_OBJECT::mark_redraw_subarea(std::int16_t x1, std::int16_t y1, std::int16_t x2,
                                            std::int16_t y2, std::int16_t gap) {
     WM_WINDOW_INFO* info = get_window_info();
-    if (info == nullptr || info->window == nullptr) {
-        return;
-    }
-    x1 = std::max<std::int16_t>(x1, 0);
-    y1 = std::max<std::int16_t>(y1, 0);
-    x2 = std::min(x2, static_cast<std::int16_t>(info->window->width - 1));
-    y2 = std::min(y2, static_cast<std::int16_t>(info->window->height - 1));
-    if (x2 >= x1 && y2 >= y1) {
-        info->add_pending_update_region(x1, y1, x2, y2, gap);
+    WM_REGION region = {.top = y1, .left = x1, .right = x2, .bottom = y2};
+    if (info != nullptr && info->cut_to_window(region)) {
+        info->add_pending_update_region(region, gap);
     }
 }
 
@@ -184,12 +181,7 @@ bool WM_SCREEN_OBJECT::is_obscuring(std::int16_t /*x1*/, std::int16_t /*y1*/, st
 
 bool WM_SCREEN_OBJECT::is_obscured(std::int16_t x1, std::int16_t y1, std::int16_t x2,
                                    std::int16_t y2, unsigned char modal) {
-    WM_REGION region;
-    region.left = x1;
-    region.top = y1;
-    region.right = x2;
-    region.bottom = y2;
-    if (!get_region().touches(region)) {
+    if (!get_region().touches({.top = y1, .left = x1, .right = x2, .bottom = y2})) {
         return false;
     }
     if (modal) {
@@ -265,13 +257,12 @@ void WM_SCREEN_OBJECT::check_modal_redraw() {
 void WM_SCREEN_OBJECT::force_draw_object() {
     WM_WINDOW_INFO* info = get_window_info();
     IMAGE* buffer = get_back_buffer(-1);
-    if (info == nullptr || buffer == nullptr) {
+    WM_REGION region = get_region();
+    if (info == nullptr || buffer == nullptr || !info->cut_to_window(region)) {
         return;
     }
-    const WM_REGION saved_region = info->update_region;
+    const WM_REGION saved_region = std::exchange(info->update_region, region);
     const SAVED_ACTIVE_AREA saved_active(buffer);
-    const WM_REGION region = get_region();
-    info->update_region = region;
     buffer->set_active_area(region.left, region.top, region.right, region.bottom);
     if (WM_PAGE_MANAGER* manager = info->page_manager.get()) {
         manager->get_background(0).put(0, 0, buffer, IMAGE_COPY_SOLID);

@@ -1,5 +1,7 @@
 #include "modules/winman/window_info.h"
 
+#include <algorithm>
+
 #include "modules/3d/render_manager_base.h"
 #include "modules/winman/object_walk.h"
 #include "modules/winman/page_manager.h"
@@ -26,19 +28,19 @@ void WM_WINDOW_INFO::setup_window_data(signed char index, std::int16_t areas) {
 
 void WM_WINDOW_INFO::close_window() {
     ORLN_3D::RENDER_MANAGER_BASE* renderer = ORLN_3D::RENDER_MANAGER_BASE::get_instance();
-    if (renderer != nullptr && window->handle != nullptr) {
+    const bool is_rendered = renderer != nullptr && window->handle != nullptr;
+    if (is_rendered) {
         if (renderer->get_use_3d_rendering()) {
             renderer->remove_window(*window);
         }
         renderer->pause_render_thread();
     }
-    const bool paused = renderer != nullptr && window->handle != nullptr;
     window->close();
     page_manager.reset();
     back_buffer.reset();
     back_buffer_data = nullptr;
     clear_object_data();
-    if (paused) {
+    if (is_rendered) {
         renderer->resume_render_thread();
     }
 }
@@ -70,29 +72,36 @@ void WM_WINDOW_INFO::forget_object(WM_SCREEN_OBJECT* object) {
     OBJECT_WALK walk(modal_screen_objects, OBJECT_WALK::FORWARD);
     while (WM_SCREEN_OBJECT* modal = walk.next()) {
         if (modal->parent == object) {
-            modal->parent = nullptr;
+            modal->parent = get_area_of_modal(*modal);
         }
     }
 }
 
-WM_REGION WM_WINDOW_INFO::get_whole_window() const {
-    WM_REGION whole;
-    whole.left = whole.top = 0;
-    whole.right = static_cast<std::int16_t>(window->width - 1);
-    whole.bottom = static_cast<std::int16_t>(window->height - 1);
-    return whole;
+WM_AREA* WM_WINDOW_INFO::get_area_of_modal(const WM_SCREEN_OBJECT& modal) const {
+    return page_manager != nullptr && modal.area < -1 ? page_manager->get_area(-2 - modal.area)
+                                                      : nullptr;
 }
 
-void WM_WINDOW_INFO::add_pending_update_region(std::int16_t x1, std::int16_t y1, std::int16_t x2,
-                                               std::int16_t y2, std::int16_t gap) {
+WM_REGION WM_WINDOW_INFO::get_whole_window() const {
+    return {.top = 0,
+            .left = 0,
+            .right = static_cast<std::int16_t>(window->width - 1),
+            .bottom = static_cast<std::int16_t>(window->height - 1)};
+}
+
+bool WM_WINDOW_INFO::cut_to_window(WM_REGION& region) const {
+    const WM_REGION whole = get_whole_window();
+    region.left = std::max(region.left, whole.left);
+    region.top = std::max(region.top, whole.top);
+    region.right = std::min(region.right, whole.right);
+    region.bottom = std::min(region.bottom, whole.bottom);
+    return region.left <= region.right && region.top <= region.bottom;
+}
+
+void WM_WINDOW_INFO::add_pending_update_region(WM_REGION region, std::int16_t gap) {
     if (update_region.is_set()) {
         return;
     }
-    WM_REGION region;
-    region.left = x1;
-    region.top = y1;
-    region.right = x2;
-    region.bottom = y2;
     // A union may lie within another rectangle, or touch further ones: begin again after each.
     for (;;) {
         std::int32_t touched = -1;

@@ -15,6 +15,34 @@
 
 WM_WINDOW_MANAGER* WM_WINDOW_MANAGER::instance = nullptr;
 
+namespace {
+
+// A field of a slot or of its window, for an index that may have neither: `owner` is null then.
+
+template <class OWNER, class FIELD>
+FIELD read(const OWNER* owner, FIELD OWNER::*field, FIELD otherwise = FIELD()) {
+    return owner != nullptr ? owner->*field : otherwise;
+}
+
+template <class OWNER, class OBJECT>
+OBJECT* read(const OWNER* owner, std::unique_ptr<OBJECT> OWNER::*field) {
+    return owner != nullptr ? (owner->*field).get() : nullptr;
+}
+
+template <class OWNER, class FIELD>
+void write(OWNER* owner, FIELD OWNER::*field, FIELD value) {
+    if (owner != nullptr) {
+        owner->*field = value;
+    }
+}
+
+template <class OWNER, class FIELD>
+FIELD* find(OWNER* owner, FIELD OWNER::*field) {
+    return owner != nullptr ? &(owner->*field) : nullptr;
+}
+
+}  // namespace
+
 // --- Life ---
 
 WM_WINDOW_MANAGER::WM_WINDOW_MANAGER()
@@ -88,83 +116,63 @@ void WM_WINDOW_MANAGER::delete_slot(signed char index) {
 }
 
 WM_PAGE_MANAGER* WM_WINDOW_MANAGER::get_page_manager(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->page_manager.get() : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::page_manager);
 }
 
 WM_WINDOW* WM_WINDOW_MANAGER::get_window(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->window.get() : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::window);
 }
 
 void* WM_WINDOW_MANAGER::get_window_handle(signed char index) const {
-    const WM_WINDOW* window = get_window(index);
-    return window != nullptr ? window->handle : nullptr;
+    return read(get_window(index), &WM_WINDOW::handle);
 }
 
 void* WM_WINDOW_MANAGER::get_monitor_handle(signed char index) const {
-    const WM_WINDOW* window = get_window(index);
-    return window != nullptr ? window->monitor_handle : nullptr;
+    return read(get_window(index), &WM_WINDOW::monitor_handle);
 }
 
 IMAGE* WM_WINDOW_MANAGER::get_back_buffer(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->back_buffer.get() : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::back_buffer);
 }
 
 void* WM_WINDOW_MANAGER::get_back_buffer_data(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->back_buffer_data : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::back_buffer_data);
 }
 
 void WM_WINDOW_MANAGER::set_back_buffer_data(signed char index, void* data) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->back_buffer_data = data;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::back_buffer_data, data);
 }
 
 WM_SCREEN_OBJECT* WM_WINDOW_MANAGER::get_focal_object(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->focal_object : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::focal_object);
 }
 
 void WM_WINDOW_MANAGER::set_focal_object(signed char index, WM_SCREEN_OBJECT* object) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->focal_object = object;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::focal_object, object);
 }
 
 unsigned char WM_WINDOW_MANAGER::get_focal_object_monitored(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info == nullptr || info->focal_object_monitored;
+    return read(get_window_info(index), &WM_WINDOW_INFO::focal_object_monitored, true);
 }
 
 void WM_WINDOW_MANAGER::set_focal_object_monitored(signed char index, unsigned char monitored) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->focal_object_monitored = monitored != 0;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::focal_object_monitored, monitored != 0);
 }
 
 WM_SCREEN_OBJECT* WM_WINDOW_MANAGER::get_right_mouse_object(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->right_mouse_object : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::right_mouse_object);
 }
 
 void WM_WINDOW_MANAGER::set_right_mouse_object(signed char index, WM_SCREEN_OBJECT* object) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->right_mouse_object = object;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::right_mouse_object, object);
 }
 
 WM_SCREEN_OBJECT* WM_WINDOW_MANAGER::get_mouse_wheel_focus(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->mouse_wheel_focus : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::mouse_wheel_focus);
 }
 
 void WM_WINDOW_MANAGER::set_mouse_wheel_focus(signed char index, WM_SCREEN_OBJECT* object) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->mouse_wheel_focus = object;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::mouse_wheel_focus, object);
 }
 
 bool WM_WINDOW_MANAGER::has_mouse_wheel_focus(const WM_SCREEN_OBJECT* object) const {
@@ -173,56 +181,43 @@ bool WM_WINDOW_MANAGER::has_mouse_wheel_focus(const WM_SCREEN_OBJECT* object) co
 }
 
 PTRLLIST* WM_WINDOW_MANAGER::get_modal_screen_objects(signed char index) const {
-    WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? &info->modal_screen_objects : nullptr;
+    return find(get_window_info(index), &WM_WINDOW_INFO::modal_screen_objects);
 }
 
 unsigned char WM_WINDOW_MANAGER::get_monitor_modals(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info == nullptr || info->monitor_modals;
+    return read(get_window_info(index), &WM_WINDOW_INFO::monitor_modals, true);
 }
 
 void WM_WINDOW_MANAGER::set_monitor_modals(signed char index, unsigned char on) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->monitor_modals = on != 0;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::monitor_modals, on != 0);
 }
 
 WM_SCREEN_OBJECT* WM_WINDOW_MANAGER::get_active_menu(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->active_menu : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::active_menu);
 }
 
 void WM_WINDOW_MANAGER::set_active_menu(signed char index, WM_SCREEN_OBJECT* menu) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->active_menu = menu;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::active_menu, menu);
 }
 
 WM_SCREEN_OBJECT* WM_WINDOW_MANAGER::get_active_dialog(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->active_dialog : nullptr;
+    return read(get_window_info(index), &WM_WINDOW_INFO::active_dialog);
 }
 
 void WM_WINDOW_MANAGER::set_active_dialog(signed char index, WM_SCREEN_OBJECT* dialog) {
-    if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->active_dialog = dialog;
-    }
+    write(get_window_info(index), &WM_WINDOW_INFO::active_dialog, dialog);
 }
 
 WM_REGION* WM_WINDOW_MANAGER::get_is_in_me_region(signed char index) const {
-    WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? &info->is_in_me_region : nullptr;
+    return find(get_window_info(index), &WM_WINDOW_INFO::is_in_me_region);
 }
 
 WM_REGION* WM_WINDOW_MANAGER::get_update_region(signed char index) const {
-    WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? &info->update_region : nullptr;
+    return find(get_window_info(index), &WM_WINDOW_INFO::update_region);
 }
 
 std::int32_t WM_WINDOW_MANAGER::get_number_of_pending_update_regions(signed char index) const {
-    const WM_WINDOW_INFO* info = get_window_info(index);
-    return info != nullptr ? info->pending_count : 0;
+    return read(get_window_info(index), &WM_WINDOW_INFO::pending_count);
 }
 
 WM_REGION* WM_WINDOW_MANAGER::get_pending_update_region(signed char index,
@@ -243,7 +238,7 @@ void WM_WINDOW_MANAGER::add_pending_update_region(signed char index, std::int16_
                                                   std::int16_t y1, std::int16_t x2, std::int16_t y2,
                                                   std::int16_t gap) {
     if (WM_WINDOW_INFO* info = get_window_info(index)) {
-        info->add_pending_update_region(x1, y1, x2, y2, gap);
+        info->add_pending_update_region({.top = y1, .left = x1, .right = x2, .bottom = y2}, gap);
     }
 }
 
@@ -255,9 +250,7 @@ void WM_WINDOW_MANAGER::set_min_dimensions(signed char index, OPEN_GRAPHICS_SIZE
 }
 
 void WM_WINDOW_MANAGER::set_max_dimensions(signed char index, OPEN_GRAPHICS_SIZES max) {
-    if (WM_WINDOW* window = get_window(index)) {
-        window->max_dimensions = max;
-    }
+    write(get_window(index), &WM_WINDOW::max_dimensions, max);
 }
 
 OPEN_GRAPHICS_SIZES WM_WINDOW_MANAGER::get_min_dimensions(signed char index) const {
@@ -271,8 +264,7 @@ OPEN_GRAPHICS_SIZES WM_WINDOW_MANAGER::get_min_dimensions(signed char index) con
 }
 
 OPEN_GRAPHICS_SIZES WM_WINDOW_MANAGER::get_max_dimensions(signed char index) const {
-    const WM_WINDOW* window = get_window(index);
-    return window != nullptr ? window->max_dimensions : 0;
+    return read(get_window(index), &WM_WINDOW::max_dimensions);
 }
 
 OPEN_GRAPHICS_SIZES WM_WINDOW_MANAGER::get_display_dimensions(signed char index) const {
@@ -337,7 +329,7 @@ signed char WM_WINDOW_MANAGER::get_modal_window_index() const {
 // --- The focal window ---
 
 void WM_WINDOW_MANAGER::set_window_as_focal_window(signed char index) {
-    if (shutting_down || index == -1) {
+    if (shutting_down || index < 0 || index >= WINDOW_COUNT) {
         return;
     }
     (index == ALERTS_WINDOW ? focal_alerts_window : focal_window) = index;
@@ -368,8 +360,11 @@ void WM_WINDOW_MANAGER::leave_focal_window(signed char index) {
     if (index == ALERTS_WINDOW) {
         focal_alerts_window = -1;
     }
-    if (focal_window == index || last_focal_window == index) {
-        focal_window = last_focal_window = MAIN_WINDOW;
+    if (focal_window == index) {
+        focal_window = MAIN_WINDOW;
+    }
+    if (last_focal_window == index) {
+        last_focal_window = focal_window;
     }
 }
 
@@ -439,7 +434,9 @@ void WM_WINDOW_MANAGER::hide_window(signed char index) {
 
 void WM_WINDOW_MANAGER::show_window(signed char index) {
     if (WM_WINDOW* window = get_window(index)) {
-        window->move(window->x, window->y);
+        if (window->x != -1 || window->y != -1) {
+            window->move(window->x, window->y);
+        }
         window->show();
         set_window_as_focal_window(index);
     }
@@ -500,16 +497,13 @@ bool WM_WINDOW_MANAGER::monitor_window(signed char index, unsigned char blit, WM
 }
 
 void WM_WINDOW_MANAGER::act_on_child(signed char index, unsigned char blit, WM_MESG result) {
-    WM_WINDOW_INFO* info = get_window_info(index);
-    if (info == nullptr) {
-        return;  // closed by its own page or another's
-    }
+    WM_WINDOW_INFO& info = *get_window_info(index);
     if (result == WM_MESG_QUIT) {
-        info->close_window();
+        info.close_window();
         leave_focal_window(index);
         return;
     }
-    WM_WINDOW& window = *info->window;
+    WM_WINDOW& window = *info.window;
     const bool has_target = window.target_x != -1 || window.target_y != -1;
     if (result == WM_MESG_NONE && window.target_pending && has_target) {
         unsigned char failed = 0, changed = 0;

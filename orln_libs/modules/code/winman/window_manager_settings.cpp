@@ -24,11 +24,21 @@ bool WM_WINDOW_MANAGER::read_number(const char* key, std::int32_t& value) const 
     return true;
 }
 
-bool WM_WINDOW_MANAGER::read_window_number(const char* name, signed char index,
+bool WM_WINDOW_MANAGER::read_number_within(const char* key, std::int32_t least, std::int32_t most,
                                            std::int32_t& value) const {
+    std::int32_t stored = value;
+    if (!read_number(key, stored) || stored < least || stored > most) {
+        return false;
+    }
+    value = stored;
+    return true;
+}
+
+bool WM_WINDOW_MANAGER::read_window_number(const char* name, signed char index, std::int32_t least,
+                                           std::int32_t most, std::int32_t& value) const {
     char key[CONFIG_FILE::key_size];
     std::snprintf(key, sizeof key, "%s_%" PRId32, name, std::int32_t{index});
-    return read_number(key, value);
+    return read_number_within(key, least, most, value);
 }
 
 // Every write replaces the file: only what has changed is written.
@@ -48,34 +58,33 @@ void WM_WINDOW_MANAGER::write_window_number(const char* name, signed char index,
 
 void WM_WINDOW_MANAGER::read_program_settings() {
     std::int32_t value = display_mode;
-    if (read_number("DISPLAY_MODE", value) && value >= SINGLE_WINDOW && value <= FULL_SCREEN) {
-        display_mode = static_cast<signed char>(value);
-    }
+    read_number_within("DISPLAY_MODE", SINGLE_WINDOW, FULL_SCREEN, value);
+    display_mode = static_cast<signed char>(value);
     value = desktop_alerts;
     read_number("DESKTOP_ALERTS", value);
     desktop_alerts = value != 0;
     value = minimize_to_tray;
     read_number("MINIMIZE_TO_TRAY", value);
     minimize_to_tray = value != 0;
-    value = notification_count;
-    read_number("WINDOW_NOTIFICATION_COUNT", value);
+    value = static_cast<unsigned char>(notification_count);
+    read_number_within("WINDOW_NOTIFICATION_COUNT", 0, UINT8_MAX, value);
     notification_count = static_cast<signed char>(value);
 
-    const std::int32_t absent = -1;
-    std::int32_t depth = absent, rate = absent, width = absent, height = absent;
-    bool stored = read_number("SCREEN_COLOUR_DEPTH", depth);
-    stored = read_number("SCREEN_REFRESH_RATE", rate) && stored;
-    stored = read_number("SCREEN_WIDTH", width) && stored;
-    stored = read_number("SCREEN_HEIGHT", height) && stored;
+    const auto read_short = [this](const char* key, std::int16_t& field) {
+        std::int32_t stored = -1;
+        const bool found = read_number_within(key, INT16_MIN, INT16_MAX, stored);
+        field = static_cast<std::int16_t>(stored);
+        return found;
+    };
+    DISPLAY_SETTINGS setting;
+    const bool stored = read_short("SCREEN_COLOUR_DEPTH", setting.colour_depth) &&
+                        read_short("SCREEN_REFRESH_RATE", setting.refresh_rate) &&
+                        read_short("SCREEN_WIDTH", setting.width) &&
+                        read_short("SCREEN_HEIGHT", setting.height);
     if (!stored || display_mode != FULL_SCREEN) {
         return;
     }
     load_supported_display_settings();
-    DISPLAY_SETTINGS setting;
-    setting.refresh_rate = static_cast<std::int16_t>(rate);
-    setting.colour_depth = static_cast<std::int16_t>(depth);
-    setting.width = static_cast<std::int16_t>(width);
-    setting.height = static_cast<std::int16_t>(height);
     const std::int32_t found = find_display_setting(setting);
     if (found != -1) {
         apply_display_setting(found);
@@ -83,20 +92,14 @@ void WM_WINDOW_MANAGER::read_program_settings() {
 }
 
 void WM_WINDOW_MANAGER::read_place(signed char index, PLACE& place) const {
-    const auto is_size = [](std::int32_t value) { return value > 0 && value <= IMAGE::MAX_WIDTH; };
-    const auto is_position = [](std::int32_t value) {
-        return value >= INT16_MIN && value <= INT16_MAX;
-    };
-    std::int32_t width = -1, height = -1, x = -1, y = -1, mode = 1;
-    read_window_number("WINDOW_HEIGHT", index, height);
-    read_window_number("WINDOW_WIDTH", index, width);
-    read_window_number("WINDOW_X1", index, x);
-    read_window_number("WINDOW_Y1", index, y);
-    read_window_number("WINDOW_MODE", index, mode);
+    read_window_number("WINDOW_HEIGHT", index, 1, IMAGE::MAX_HEIGHT, place.stored_height);
+    read_window_number("WINDOW_WIDTH", index, 1, IMAGE::MAX_WIDTH, place.stored_width);
+    std::int32_t x = -1, y = -1, mode = 1;
+    const bool has_position = read_window_number("WINDOW_X1", index, INT16_MIN, INT16_MAX, x) &&
+                              read_window_number("WINDOW_Y1", index, INT16_MIN, INT16_MAX, y);
+    read_window_number("WINDOW_MODE", index, INT32_MIN, INT32_MAX, mode);
     place.extended = mode != 0;
-    place.stored_width = is_size(width) ? width : -1;
-    place.stored_height = is_size(height) ? height : -1;
-    if (place.stored_width != -1 && place.stored_height != -1 && is_position(x) && is_position(y)) {
+    if (place.stored_width != -1 && place.stored_height != -1 && has_position) {
         place.x = static_cast<std::int16_t>(x);
         place.y = static_cast<std::int16_t>(y);
     }
@@ -140,7 +143,7 @@ void WM_WINDOW_MANAGER::save_all_data_to_config_file() {
     write_number("DISPLAY_MODE", display_mode);
     write_number("DESKTOP_ALERTS", desktop_alerts);
     write_number("MINIMIZE_TO_TRAY", minimize_to_tray);
-    write_number("WINDOW_NOTIFICATION_COUNT", notification_count);
+    write_number("WINDOW_NOTIFICATION_COUNT", static_cast<unsigned char>(notification_count));
     const DISPLAY_SETTINGS* setting = get_display_setting(current_display_setting);
     const DISPLAY_SETTINGS& saved =
         setting != nullptr ? *setting : WINDOWED_APPLICATION_FRAMEWORK::default_display_settings;

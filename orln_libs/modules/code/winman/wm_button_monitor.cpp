@@ -161,8 +161,12 @@ WM_MESG WM_BUTTON::fire(BUTTON_EVENT event, const INPUT& input) {
     }
     if ((callback_flags & event) != 0 && callback != nullptr) {
         final_event = event == BUTTON_EVENT_RELEASE || event == BUTTON_EVENT_RELEASE_OUTSIDE;
+        const std::int32_t modals = get_active_modal_object_count(-1);
         result = callback(this, callback_data1, callback_data2);
         final_event = false;
+        if (get_active_modal_object_count(-1) > modals) {
+            set_mouse_over(false);  // behind a dialog it doesn't see the pointer leave
+        }
         result = result == WM_MESG_NONE ? WM_MESG_HANDLED : result;
         if (!dragging) {
             stop_drag_tracking();

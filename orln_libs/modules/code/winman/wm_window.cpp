@@ -32,8 +32,9 @@ void WM_WINDOW::set_size(OPEN_GRAPHICS_SIZES size) {
 void WM_WINDOW::set_min_dimensions(OPEN_GRAPHICS_SIZES min, OPEN_GRAPHICS_SIZES extended_min) {
     min_dimensions = min;
     const std::uint16_t w = graphics_width(extended_min), h = graphics_height(extended_min);
-    extended_min_dimensions = make_graphics_sizes(w == UNSET ? graphics_width(min) : w,
-                                                  h == UNSET ? graphics_height(min) : h);
+    extended_min_dimensions =
+        make_graphics_sizes(w == GRAPHICS_SIZE_NOT_GIVEN ? graphics_width(min) : w,
+                            h == GRAPHICS_SIZE_NOT_GIVEN ? graphics_height(min) : h);
 }
 
 void WM_WINDOW::set_title(const char* text) {

@@ -320,21 +320,51 @@ bool is_input(std::uint32_t type) {
            (type >= SDL_MOUSEMOTION && type <= SDL_MOUSEWHEEL);
 }
 
-// The toolkit looks at the buttons and at the key that came last once a round. A click that comes
-// and goes between two looks would be lost, and so would a key that another one follows: a round
-// ends with a button, and before a second key.
-bool is_button(std::uint32_t type) {
-    return type == SDL_MOUSEBUTTONDOWN || type == SDL_MOUSEBUTTONUP;
-}
-
-bool take_next(SDL_Event& event, bool& seen_key) {
-    if (SDL_PeepEvents(&event, 1, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) <= 0 ||
-        (event.type == SDL_KEYDOWN && seen_key)) {
-        return false;
+// What one round of events is. Once a round the toolkit looks at the buttons, at the last key with
+// a name and at the modifiers, while characters queue. A click that comes and goes between two
+// looks would be lost, a key would hide the one before, a character would overtake it, and Shift
+// that is up again would not count. So a round ends with a button, and before what isn't to come
+// together with the keys before it.
+class EVENT_ROUND {
+public:
+    EVENT_ROUND()
+        : left(SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT)) {}
+    // False at its end. An application that answers an event with another one isn't kept here.
+    bool take(SDL_Event& event) {
+        if (left-- <= 0 || peep(event, SDL_PEEKEVENT) <= 0 ||
+            ((event.type == SDL_KEYDOWN || event.type == SDL_KEYUP) && !may_take_key(event))) {
+            return false;
+        }
+        if (event.type == SDL_MOUSEBUTTONDOWN || event.type == SDL_MOUSEBUTTONUP) {
+            left = 0;
+        }
+        return peep(event, SDL_GETEVENT) > 0;
     }
-    seen_key = seen_key || event.type == SDL_KEYDOWN;
-    return SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) > 0;
-}
+
+private:
+    static int peep(SDL_Event& event, SDL_eventaction action) {
+        return SDL_PeepEvents(&event, 1, action, SDL_FIRSTEVENT, SDL_LASTEVENT);
+    }
+    bool may_take_key(const SDL_Event& event) {
+        const KEY_TYPE key = find_key(event.key.keysym);
+        if (is_modifier(key)) {
+            return !seen_named && !seen_character;
+        }
+        if (event.type == SDL_KEYUP) {
+            return true;
+        }
+        const bool named = key != KEY_NONE;
+        if (seen_named || (named && seen_character)) {
+            return false;
+        }
+        (named ? seen_named : seen_character) = true;
+        return true;
+    }
+
+    int left;
+    bool seen_named = false;
+    bool seen_character = false;
+};
 
 void take_event(WINDOW_SYSTEM& system, const SDL_Event& event) {
     if (is_input(event.type)) {
@@ -381,15 +411,21 @@ void forget_held_keys(WINDOW_SYSTEM& system) {
     MOUSE::release_all();
 }
 
-// SDL's own wait asks the X server's connection a second time, which is a tenth of what an idle
-// program costs.
-bool wait_for_display(const WINDOW_SYSTEM& system, int timeout_ms) {
+// SDL's own wait asks for events twice before it sleeps, each time with several system calls: a
+// quarter of what an idle program costs. What wakes it is the connection to the X server, and after
+// process_os_events() nothing is left to be asked for, but for what came with the answer to a
+// request of SDL's since then or doesn't come from the server; that may wait for a few updates.
+bool wait_for_display(WINDOW_SYSTEM& system, int timeout_ms) {
+    constexpr int WAITS_WITHOUT_ASKING = 3;
     const int connection =
         system.windows.empty() ? -1 : find_x11_connection(system.windows.front()->sdl.get());
     if (connection < 0) {
         return SDL_WaitEventTimeout(nullptr, timeout_ms) != 0;
     }
-    SDL_PumpEvents();
+    if (++system.waits_without_asking > WAITS_WITHOUT_ASKING) {
+        system.waits_without_asking = 0;
+        SDL_PumpEvents();
+    }
     if (SDL_HasEvents(SDL_FIRSTEVENT, SDL_LASTEVENT)) {
         return true;
     }
@@ -407,12 +443,8 @@ void process_os_events() {
     bool lost_focus = false;
     SDL_Event event;
     SDL_PumpEvents();
-    // A round takes what is waiting now: an application that answers an event with another one
-    // isn't kept here.
-    int left = SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT);
-    bool seen_key = false;
-    while (system && left-- > 0 && take_next(event, seen_key)) {
-        left = is_button(event.type) ? 0 : left;
+    EVENT_ROUND round;
+    while (system && round.take(event)) {
         lost_focus = lost_focus || (event.type == SDL_WINDOWEVENT &&
                                     event.window.event == SDL_WINDOWEVENT_FOCUS_LOST);
         take_event(*system, event);
@@ -427,7 +459,7 @@ void process_os_events() {
 }
 
 bool wait_for_events(std::uint32_t timeout_ms) {
-    const WINDOW_SYSTEM* system = WINDOW_SYSTEM::find();
+    WINDOW_SYSTEM* const system = WINDOW_SYSTEM::find();
     if (system && system->display) {
         return wait_for_display(*system,
                                 static_cast<int>(std::min<std::uint32_t>(timeout_ms, INT32_MAX)));

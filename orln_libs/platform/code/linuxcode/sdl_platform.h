@@ -88,7 +88,8 @@ public:
     std::vector<std::unique_ptr<NATIVE_WINDOW>> windows;
     std::unique_ptr<SDL_Cursor, SDL_CURSOR_DELETER> cursors[SDL_NUM_SYSTEM_CURSORS];
     SDL_SystemCursor cursor_shown = SDL_SYSTEM_CURSOR_ARROW;
-    std::uint32_t modifiers = 0;  // held as of the last event, as SDL's bits
+    std::uint32_t modifiers = 0;   // held as of the last event, as SDL's bits
+    int waits_without_asking = 0;  // see wait_for_events()
 
 private:
     WINDOW_SYSTEM();

@@ -23,22 +23,26 @@ namespace {
 
 constexpr std::size_t HOST_NAME_SIZE = 100;
 constexpr int LINGER_SECONDS = 10;
+// Between two questions whether to go on waiting for a connection.
+constexpr int ASK_MS = 100;
 
 bool set_flag(int descriptor, int option, int value) {
     return ::setsockopt(descriptor, SOL_SOCKET, option, &value, sizeof value) == 0;
 }
 
 // Waits until the descriptor can be written. Yields poll's result: above 0 when it can, 0 when the
-// time is over, below 0 on an error.
-int wait_writable(int descriptor, std::int32_t timeout_seconds) {
+// time is over or `go_on` says no, below 0 on an error.
+int wait_writable(int descriptor, std::int32_t timeout_seconds,
+                  const std::function<bool()>& go_on) {
     using CLOCK = std::chrono::steady_clock;
     const auto end = CLOCK::now() + std::chrono::seconds(timeout_seconds);
     for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - CLOCK::now()).count();
         ::pollfd item{descriptor, POLLOUT, 0};
-        const int result =
-            ::poll(&item, 1, static_cast<int>(std::clamp<long long>(left, 0, INT_MAX)));
-        if (result >= 0 || errno != EINTR) {
+        const int result = ::poll(
+            &item, 1, static_cast<int>(std::clamp<long long>(left, 0, go_on ? ASK_MS : INT_MAX)));
+        const bool over = left <= 0 || (go_on && !go_on());
+        if (result > 0 || (result == 0 && over) || (result < 0 && errno != EINTR)) {
             return result;
         }
     }
@@ -174,7 +178,8 @@ TCPIP_SOCKET* TCPIP_SOCKET::accept(int* error) {
 }
 
 std::int32_t TCPIP_SOCKET::connect(const char* host, std::uint16_t port,
-                                   std::int32_t timeout_seconds) {
+                                   std::int32_t timeout_seconds,
+                                   const std::function<bool()>& go_on) {
     close();
     std::uint32_t address = 0;
     if (get_host_addr(address, host) != SOCKET_OK) {
@@ -201,7 +206,7 @@ std::int32_t TCPIP_SOCKET::connect(const char* host, std::uint16_t port,
         if (errno != EINPROGRESS && errno != EINTR) {
             return fail(SOCKET_ERROR);
         }
-        const std::int32_t result = finish_connect(timeout_seconds);
+        const std::int32_t result = finish_connect(timeout_seconds, go_on);
         if (result != SOCKET_OK) {
             return fail(result);
         }
@@ -218,8 +223,9 @@ std::int32_t TCPIP_SOCKET::connect(const char* host, std::uint16_t port,
     return SOCKET_OK;
 }
 
-std::int32_t TCPIP_SOCKET::finish_connect(std::int32_t timeout_seconds) {
-    const int ready = wait_writable(descriptor, timeout_seconds);
+std::int32_t TCPIP_SOCKET::finish_connect(std::int32_t timeout_seconds,
+                                          const std::function<bool()>& go_on) {
+    const int ready = wait_writable(descriptor, timeout_seconds, go_on);
     if (ready < 0) {
         return SOCKET_ERROR;
     }

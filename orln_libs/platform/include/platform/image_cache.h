@@ -22,6 +22,7 @@
 struct CACHE_ENTRY {
     static constexpr std::size_t PATH_SIZE = 2048;
     static constexpr std::size_t NAME_SIZE = 256;
+    static constexpr std::uint16_t MAX_USES = 65535;
 
     CACHE_ENTRY() = default;
     CACHE_ENTRY(const CACHE_ENTRY&) = delete;
@@ -33,13 +34,26 @@ struct CACHE_ENTRY {
     std::int16_t orig_width = 0, orig_height = 0;  // the size as loaded; 0 after a failed load
     IMAGE image;
     CACHE_ENTRY* owner = this;
-    std::uint16_t use_count = 0;
-    bool custom = false;  // a private copy, never shared
-    bool stale = false;   // to go when the last user leaves
+    std::uint16_t use_count = 0;  // stays for good once it has reached MAX_USES
+    bool custom = false;          // a private copy, never shared
+    bool stale = false;           // to go when the last user leaves
 
     bool is_original_size() const { return width == orig_width && height == orig_height; }
     bool is_shareable() const { return !custom && !stale; }
     bool is_failure() const { return orig_width == 0 || orig_height == 0; }
+
+    // One user more or less. Beyond MAX_USES they can't be told apart any more, and the entry is
+    // never given up.
+    void add_use() {
+        if (use_count < MAX_USES) {
+            ++use_count;
+        }
+    }
+    void drop_use() {
+        if (use_count > 0 && use_count < MAX_USES) {
+            --use_count;
+        }
+    }
 };
 
 class IMAGE_CACHE : public DATA_DEVICE_CLIENT {
@@ -66,7 +80,9 @@ public:
     // path. 1 for success.
     //
     // Before reading, unused entries go and used ones become stale. A failed read leaves the
-    // entries before the failure. `loading_callback`, if set, runs before each entry.
+    // entries before the failure. The sizes of an entry are those of its picture, whatever the
+    // numbers say, and an original size that no file can have is taken to be that, too.
+    // `loading_callback`, if set, runs before each entry.
     unsigned char get_from_data_device(const DATA_DEVICE& device) override;
     unsigned char put_to_data_device(DATA_DEVICE& device) const override;
 

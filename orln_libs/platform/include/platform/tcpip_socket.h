@@ -13,6 +13,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -47,8 +48,11 @@ public:
 
     // Connects to `host` (a name or dotted numbers) at `port`, in host order. With a time-out above
     // 0 the connection, though not the look-up of the name, takes at most that many seconds. With 0
-    // it blocks and never yields SOCKET_TIMEOUT. The object must not be connected.
-    std::int32_t connect(const char* host, std::uint16_t port, std::int32_t timeout_seconds);
+    // it blocks and never yields SOCKET_TIMEOUT. The object must not be connected. While a
+    // connection with a time-out isn't there yet, `go_on` is asked several times a second; once it
+    // says no, the result is SOCKET_TIMEOUT.
+    std::int32_t connect(const char* host, std::uint16_t port, std::int32_t timeout_seconds,
+                         const std::function<bool()>& go_on = nullptr);
 
     // Opens a listener at `port` on the bind address; port 0 takes a free one (see
     // `get_local_port`).
@@ -115,7 +119,7 @@ public:
     static void ip_to_str(std::uint32_t address, char* text, std::int32_t size);
 
 private:
-    std::int32_t finish_connect(std::int32_t timeout_seconds);
+    std::int32_t finish_connect(std::int32_t timeout_seconds, const std::function<bool()>& go_on);
     std::int32_t fail(std::int32_t result);
     void close_descriptor();
     std::int32_t sent_or_closed(::ssize_t result);

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "modules/gui/text_box_tag.h"
+#include "platform/colour.h"
 #include "platform/ptrarray.h"
 
 // One word: text without spaces and control characters, a name of a tag with its spaces, or a
@@ -18,6 +19,9 @@ struct TAGGED_TEXT_WORD {
     char text[256] = "";
     const TEXT_BOX_TAG* tag = nullptr;  // the tag in whose name the word begins; null for none
 };
+
+// The tag behind which a text has that colour.
+std::string make_colour_tag(COLOUR colour);
 
 class TAGGED_TEXT {
 public:

@@ -25,6 +25,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -93,6 +94,8 @@ public:
     CONNECT_FAILED_CALLBACK connect_failed_callback = nullptr;
     void* connect_failed_user = nullptr;
     std::int32_t connect_timeout = 10;  // seconds
+    // Asked while `connect` waits; false gives up. Null: waits to the end.
+    std::function<bool()> connect_go_on;
 
     // Stores the callbacks and opens a listener at `port` (0: a free one) on `bind_address`, in
     // network order (0: any). Yields 1, or 0 and no listener.

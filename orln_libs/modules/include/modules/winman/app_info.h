@@ -110,7 +110,6 @@ public:
     WM_PTM_FONT_INFO* find_font(const char* name, std::int32_t* index = nullptr) const;
     WM_PTM_COLOUR_INFO* find_colour(const char* name, std::int32_t* index = nullptr) const;
     WM_PTM_IMAGE_INFO* find_image(const char* name, std::int32_t* index = nullptr) const;
-    // A place beyond the range of `index` is reported as -1.
     WM_PTM_CONSTANT_INFO* find_constant(const char* name, std::int16_t* index = nullptr) const;
 
     void sort_style_sets() { style_sets.sort(); }

@@ -9,8 +9,8 @@ class WM_SCREEN_OBJECT;
 // The list's cursor keeps the place, so that removing the object that comes next only ends the
 // walk. A walk within a walk gives the outer one its place back, as long as that still exists.
 //
-//     for (OBJECT_WALK walk(objects, OBJECT_WALK::BACKWARD); WM_SCREEN_OBJECT* child =
-//     walk.next();)
+//     OBJECT_WALK walk(objects, OBJECT_WALK::BACKWARD);
+//     while (WM_SCREEN_OBJECT* child = walk.next()) ...
 class OBJECT_WALK {
 public:
     enum DIRECTION { FORWARD, BACKWARD };

@@ -144,6 +144,7 @@ private:
     void mark_area(WM_AREA& area);
     void mark_whole_window();
 
+    void free_right_button(WM_WINDOW_INFO& info);
     void move_focus_by_keys();
     bool are_page_monitors_due();
     WM_MESG run_updates(bool& handled);
@@ -175,6 +176,7 @@ private:
 
     KEYBOARD keyboard;  // keeps the size of its buffer
     std::uint32_t last_page_monitor = 0;
+    bool right_was_down = false;  // the right button or its key, at the last tick
 };
 
 #endif  // MODULES_WINMAN_PAGE_MANAGER_H

@@ -238,6 +238,8 @@ private:
     WM_MESG monitor_modals(WM_WINDOW_INFO& info, bool& taken);
     WM_MESG monitor_right_button(WM_WINDOW_INFO& info);
     WM_MESG update_modals();
+    // Appends it to the children or to the window's modal list.
+    void take_in(WM_SCREEN_OBJECT& object, PTRLLIST& list, std::int16_t object_area, bool relative);
     void release_removed(WM_SCREEN_OBJECT& object, bool make_relative);
     void clear_modals(WM_WINDOW_INFO& info, bool all_modals);
 };

@@ -10,6 +10,7 @@
 #include "platform/open_graphics.h"
 
 class IMAGE;
+class WM_AREA;
 class WM_PAGE_MANAGER;
 class WM_SCREEN_OBJECT;
 class WM_WINDOW;
@@ -39,8 +40,9 @@ public:
 
     // Adds a dirty rectangle; one that lies within `gap` of others is joined with them. Nothing
     // while a rectangle is being drawn.
-    void add_pending_update_region(std::int16_t x1, std::int16_t y1, std::int16_t x2,
-                                   std::int16_t y2, std::int16_t gap);
+    void add_pending_update_region(WM_REGION region, std::int16_t gap);
+    // False if nothing of the rectangle lies in the window.
+    bool cut_to_window(WM_REGION& region) const;
     void clear_pending_update_regions() { pending_count = 0; }
 
     std::unique_ptr<WM_PAGE_MANAGER> page_manager;
@@ -60,11 +62,13 @@ public:
     WM_REGION pending_regions[MAX_PENDING_REGIONS];
     std::int32_t pending_count = 0;
 
-    // Forgets an object that is going away.
+    // Forgets an object that is going away. A modal object that it opened goes over to its area, so
+    // that it is still redrawn when it changes and when it closes.
     void forget_object(WM_SCREEN_OBJECT* object);
 
 private:
     WM_REGION get_whole_window() const;
+    WM_AREA* get_area_of_modal(const WM_SCREEN_OBJECT& modal) const;
 };
 
 #endif  // MODULES_WINMAN_WINDOW_INFO_H

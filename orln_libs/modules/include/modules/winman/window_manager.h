@@ -60,11 +60,13 @@ public:
     // `changed`: it was opened in another way than asked for.
     void draw_window(signed char index, unsigned char hidden, unsigned char& failed,
                      unsigned char& changed);
-    // Saves the settings, closes the window and empties the slot. Focal windows go back to 0.
+    // Saves the settings, closes the window and empties the slot. Focal windows go back to 0. Not
+    // for the window whose tick is running: its pages close it by yielding WM_MESG_QUIT.
     void close_window(signed char index);
     void remove_window(signed char index);
     void close_child_windows();
-    // Hides the window and deletes its page manager. The alerts window slides out first.
+    // Hides the window and deletes its page manager; not within its tick either. The alerts window
+    // slides out first.
     void hide_window(signed char index);
     // Moves the window to its position, shows it and makes it focal.
     void show_window(signed char index);
@@ -155,7 +157,7 @@ public:
     // Changes the mode; a setting that is in range becomes the full-screen setting. True unless
     // full screen is entered or left; then draw_window's `failed`.
     bool set_display_mode(signed char mode, signed char setting);
-    // Another full-screen setting. True if there was nothing to do.
+    // Another full-screen setting. False if the window can't be opened with it.
     bool set_to_use_alternate_display_setting(std::int32_t setting);
     // Null for an index out of range.
     const DISPLAY_SETTINGS* get_display_setting(std::int32_t setting) const;
@@ -203,7 +205,11 @@ private:
     void read_place(signed char index, PLACE& place) const;
     void fit_place(signed char index, PLACE& place, const OPEN_GRAPHICS_SIZES& max) const;
     bool read_number(const char* key, std::int32_t& value) const;
-    bool read_window_number(const char* name, signed char index, std::int32_t& value) const;
+    // `value` stays as it is unless the stored number lies between the two, both included.
+    bool read_number_within(const char* key, std::int32_t least, std::int32_t most,
+                            std::int32_t& value) const;
+    bool read_window_number(const char* name, signed char index, std::int32_t least,
+                            std::int32_t most, std::int32_t& value) const;
     void write_number(const char* key, std::int32_t value);
     void write_window_number(const char* name, signed char index, std::int32_t value);
 

@@ -12,8 +12,6 @@ struct OPEN_GRAPHICS_SETTINGS;
 class WM_WINDOW {
 public:
     enum STATE : std::int32_t { CLOSED = 0, SHOWN = 1, HIDDEN = 2, MINIMISED = 3 };
-    // A side that isn't given, in 16 bits.
-    static constexpr std::uint16_t UNSET = 65535;
 
     using STATE_CALLBACK = void (*)(signed char first, signed char second);
 
@@ -65,8 +63,6 @@ public:
                                    static_cast<std::uint16_t>(height));
     }
     void set_size(OPEN_GRAPHICS_SIZES size);
-    // The width or height isn't known yet.
-    bool is_size_unset() const { return width == -1 || height == -1; }
 
     OPEN_GRAPHICS_SIZES max_dimensions;
     std::int16_t width = -1, height = -1;  // -1 (65535 in 16 bits): not known
