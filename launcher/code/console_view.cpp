@@ -67,9 +67,8 @@ void CONSOLE_VIEW::show_current_add_on(const AUTOPATCH_PROGRESS& progress) {
         return;
     }
     const ADD_ON& add_on = *progress.current_add_on->get_top_level_parent();
-    const bool client = add_on.type == ADD_ON::ADD_ON_APPLICATION;
-    const std::string name = std::string(client ? "Application" : add_on.title) + " version " +
-                             std::to_string(add_on.version);
+    const std::string name =
+        std::string(add_on.get_shown_title()) + " version " + std::to_string(add_on.version);
     if (name != shown_add_on) {
         write_to_console(("Currently Downloading: " + console_text(name.c_str()) + "\n").c_str());
         shown_add_on = name;

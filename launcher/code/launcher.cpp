@@ -54,6 +54,7 @@ LAUNCHER::LAUNCHER(bool generate_mode_, bool generate_3d_,
       folder_name{},
       cluster_id{},
       check_patch_thread(true),
+      updates(0),
       singletons_running(false),
       generate_mode(generate_mode_),
       generate_3d(generate_3d_) {
@@ -218,6 +219,7 @@ bool LAUNCHER::monitor() {
         if (finished) {
             check_patch_thread = false;
         } else {
+            ++updates;
             THREAD_POOL::wake(ENGINE_QUEUE_TYPE, ENGINE_QUEUE_ID);
         }
     }

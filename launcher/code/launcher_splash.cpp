@@ -154,8 +154,7 @@ SPLASH_STATUS LAUNCHER::collect_splash_status(AUTOPATCH_SYSTEM_STATUS status,
         for (std::int32_t i = 0; i < list.get_count(); ++i) {
             const ADD_ON& add_on = *static_cast<const ADD_ON*>(list[i]);
             if (add_on.parent == nullptr) {
-                const bool client = add_on.type == ADD_ON::ADD_ON_APPLICATION;
-                out.push_back({client ? "Application" : add_on.title, add_on.version});
+                out.push_back({add_on.get_shown_title(), add_on.version});
             }
         }
     };

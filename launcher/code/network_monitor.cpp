@@ -10,6 +10,7 @@ struct LAUNCHER::ENGINE_ROUND {
     AUTOPATCH_ERROR_CODE error = AUTOPATCH_OK;
     bool validated = false;
     bool more_to_fetch = false;
+    AUTOPATCH_SYSTEM_STATUS status = AUTOPATCH_DISCONNECTED;
     LAUNCHER_PAGE page = PAGE_NONE;  // on show when the round began
     char installed_version[64] = {};
 };
@@ -29,9 +30,23 @@ void LAUNCHER::network_monitor_callback(CALLBACK_REQUEST& request, void*) {
         if (request.is_exiting_thread()) {
             break;
         }
-        request.sleep();
+        if (round.status == AUTOPATCH_DISCONNECTED) {
+            // The next round is a connect, which may hold the engine for a minute. What came of the
+            // last one is shown before.
+            launcher.wait_for_whole_update(request);
+        } else {
+            request.sleep();
+        }
     }
     launcher.conclude_patch_run(round);
+}
+
+// Until an update of the main thread that begins after this call has ended: the second from now.
+void LAUNCHER::wait_for_whole_update(CALLBACK_REQUEST& request) {
+    const std::uint32_t before = updates;
+    while (updates - before < 2 && !request.is_exiting_thread()) {
+        request.sleep();
+    }
 }
 
 bool LAUNCHER::may_drive_engine(bool& started) {
@@ -63,11 +78,11 @@ bool LAUNCHER::drive_engine(ENGINE_ROUND& round) {
     const AUTOPATCH_PROGRESS progress = engine.get_progress();
     round.validated = progress.validated;
     round.more_to_fetch = progress.available_count > progress.current_index;
-    const AUTOPATCH_SYSTEM_STATUS status = engine.get_status();
+    round.status = engine.get_status();
     KVCORE::copy_text_field(round.installed_version, AUTOPATCH_SYSTEM::get_current_version());
     patch_mutex.unlock();
 
-    set_patch_status(status);
+    set_patch_status(round.status);
     if (round.validated) {
         if (!round.more_to_fetch) {
             client_ready = true;

@@ -1,24 +1,17 @@
 #include "launcher/page_texts.h"
 
-#include <cinttypes>
 #include <cstdio>
 
 #include "autopatch/autopatch_errors.h"
-#include "platform/colour.h"
+#include "modules/gui/tagged_text.h"
 
 namespace {
 
 constexpr const char* LINK_TEXT = "support site";
 
-std::string colour_tag(COLOUR colour) {
-    char tag[32];
-    std::snprintf(tag, sizeof tag, "<:colour#%" PRIu32 ">", colour.value);
-    return tag;
-}
-
 std::string make_link(AUTOPATCH_ERROR_CODE code) {
-    return colour_tag(COLOUR_RED) + "<" + LINK_TEXT + ":url#" + get_error_url(code) + ">" +
-           colour_tag(COLOUR_BLACK);
+    return make_colour_tag(COLOUR_RED) + "<" + LINK_TEXT + ":url#" + get_error_url(code) + ">" +
+           make_colour_tag(COLOUR_BLACK);
 }
 
 }  // namespace

@@ -10,8 +10,10 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "launcher/download_page.h"
 #include "launcher/error_page.h"
@@ -44,7 +46,6 @@ constexpr signed char SPLASH = WM_WINDOW_MANAGER::SPLASH_WINDOW;
 class SILENT_SERVER {
 public:
     SILENT_SERVER() : listener(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in address = {};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
@@ -54,17 +55,32 @@ public:
         EXPECT_EQ(0, ::getsockname(listener, place, &size));
         port = ntohs(address.sin_port);
     }
-    ~SILENT_SERVER() { stop(); }
+    ~SILENT_SERVER() {
+        stop();
+        for (const int each : crowd) {
+            ::close(each);
+        }
+    }
     SILENT_SERVER(const SILENT_SERVER&) = delete;
     SILENT_SERVER& operator=(const SILENT_SERVER&) = delete;
 
     void stop() {
-        for (int* each : {&connection, &listener}) {
-            if (*each != -1) {
-                ::close(*each);
-                *each = -1;
+        drop();
+        close_one(listener);
+    }
+    // Ends the accepted connection.
+    void drop() { close_one(connection); }
+    // Takes all places in the queue: who connects from now on waits.
+    bool fill() {
+        for (int i = 0; i < 20; ++i) {
+            crowd.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+            ::connect(crowd.back(), reinterpret_cast<sockaddr*>(&address), sizeof address);
+            pollfd connecting = {crowd.back(), POLLOUT, 0};
+            if (::poll(&connecting, 1, 100) == 0) {
+                return true;
             }
         }
+        return false;
     }
     // Somebody has connected within that time.
     bool accept(int wait_ms) {
@@ -78,7 +94,16 @@ public:
     int port = 0;
 
 private:
+    static void close_one(int& descriptor) {
+        if (descriptor != -1) {
+            ::close(descriptor);
+            descriptor = -1;
+        }
+    }
+
+    sockaddr_in address = {};
     int listener, connection = -1;
+    std::vector<int> crowd;
 };
 
 class LauncherWindows : public testing::Test {
@@ -130,6 +155,26 @@ protected:
             orln_sleep(1);
         }
         return true;
+    }
+    template <class CONDITION>
+    bool update_until(CONDITION condition) {
+        const std::uint32_t begin = get_ms_count();
+        bool running = true;
+        while (running && !condition() && get_ms_count() - begin < 30000) {
+            running = update();
+        }
+        return running && condition();
+    }
+    // Whether there is a text in that row of the splash's status box.
+    static bool has_text(int row) {
+        for (int y = 25 + 10 * row; y < 35 + 10 * row; ++y) {
+            for (int x = 230; x < 425; ++x) {
+                if (buffer(SPLASH).row(y)[x].get_rgb_brightness() < 60) {
+                    return true;
+                }
+            }
+        }
+        return false;
     }
     // The engine gives up and the error page comes on show.
     void run_until_error_page() {
@@ -199,24 +244,6 @@ TEST_F(LauncherWindows, EngineWaitsForTheFirstDrawingOfTheStatusBox) {
 TEST_F(LauncherWindows, StatusBoxIsDrawnOnlyWhenItChanges) {
     SILENT_SERVER server;
     start(server.port);
-    const auto has_text = [&](int row) {
-        for (int y = 25 + 10 * row; y < 35 + 10 * row; ++y) {
-            for (int x = 230; x < 425; ++x) {
-                if (buffer(SPLASH).row(y)[x].get_rgb_brightness() < 60) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    };
-    const auto update_until = [&](auto condition) {
-        const std::uint32_t begin = get_ms_count();
-        bool running = true;
-        while (running && !condition() && get_ms_count() - begin < 30000) {
-            running = update();
-        }
-        return running && condition();
-    };
     ASSERT_TRUE(update(2));
     EXPECT_TRUE(has_text(0)) << "Installed add-on versions:";
     EXPECT_TRUE(has_text(1)) << "None installed";
@@ -237,6 +264,49 @@ TEST_F(LauncherWindows, StatusBoxIsDrawnOnlyWhenItChanges) {
     server.stop();
     EXPECT_TRUE(update_until([&] { return !is_marked(170); }));
     EXPECT_TRUE(is_marked(20)) << "above the box";
+}
+
+// Also the one behind an attempt that took longer than an update.
+TEST_F(LauncherWindows, EveryConnectAttemptIsShown) {
+    SILENT_SERVER server;
+    ASSERT_TRUE(server.fill());
+    start(server.port);
+    ASSERT_TRUE(update(50));
+    server.stop();  // the first attempt ends when it is told again, within a second or two
+    std::set<std::vector<std::uint32_t>> pictures;
+    EXPECT_TRUE(update_until([&] {
+        if (!manager().get_window_info(SPLASH)) {
+            return true;
+        }
+        std::vector<std::uint32_t> row;
+        for (int y = 55; y < 65; ++y) {
+            for (int x = 230; x < 425; ++x) {
+                row.push_back(buffer(SPLASH).row(y)[x].value);
+            }
+        }
+        pictures.insert(row);
+        return false;
+    }));
+    EXPECT_EQ(10u, pictures.size());
+}
+
+// A connect may wait for a minute, and holds the engine meanwhile.
+TEST_F(LauncherWindows, ConnectThatHangsHoldsUpNeitherTheSplashNorTheExit) {
+    SILENT_SERVER server;
+    start(server.port);
+    ASSERT_TRUE(update_until([&] { return server.accept(0); }));
+    ASSERT_TRUE(update_until([] { return has_text(5); }));
+    ASSERT_TRUE(server.fill());
+    server.drop();
+    const std::uint32_t lost = get_ms_count();
+    // "Connect attempt 2 of 10..." stands alone again.
+    EXPECT_TRUE(update_until([] { return !has_text(4); }));
+    ASSERT_TRUE(update(20));
+    EXPECT_LT(get_ms_count() - lost, 5000u);
+
+    const std::uint32_t leaving = get_ms_count();
+    ORLN_APPLICATION::shutdown();
+    EXPECT_LT(get_ms_count() - leaving, 5000u);
 }
 
 TEST_F(LauncherWindows, FirstInstallationWithoutAServerEndsAtTheErrorPage) {

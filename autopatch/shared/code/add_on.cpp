@@ -90,6 +90,10 @@ void ADD_ON::set_title(const char* new_title) {
     KVCORE::copy_text_field(title, new_title);
 }
 
+const char* ADD_ON::get_shown_title() const {
+    return type == ADD_ON_APPLICATION ? "Application" : title;
+}
+
 void ADD_ON::set_description_line(std::uint16_t index, const char* text) {
     if (index >= MAX_DESCRIPTION_LINES) {
         return;

@@ -1,12 +1,12 @@
 #include "autopatch/add_on_panel.h"
 
 #include <algorithm>
-#include <cinttypes>
 #include <cstdio>
 
 #include "autopatch/add_on.h"
 #include "modules/gui/gui_skin.h"
 #include "modules/gui/profile_grid.h"
+#include "modules/gui/tagged_text.h"
 #include "modules/gui/text_box.h"
 #include "modules/winman/style_set.h"
 #include "modules/winman/wm_grid.h"
@@ -51,12 +51,6 @@ COLOUR get_description_colour() {
     return GUI_SKIN::get_style_set("TEXT_BOX_WORD", DESCRIPTION_STYLE, &index).fg_colour;
 }
 
-std::string make_colour_tag(COLOUR colour) {
-    char tag[32];
-    std::snprintf(tag, sizeof tag, "<:colour#%" PRIu32 ">", colour.value);
-    return tag;
-}
-
 // The grid would squeeze a picture that is too large for it.
 void show_picture(PROFILE_GRID& facts, const IMAGE& picture) {
     std::int32_t room_width = 0, room_height = 0;
@@ -97,7 +91,7 @@ void ADD_ON_PANEL::build_facts(const char* style_name, std::int32_t row_height) 
                                    static_cast<std::int16_t>(FACT_ROWS * row_height - 1),
                                    PROFILE_GRID::MODE_PICTURES, 1, nullptr, FACT_ROWS, style_name,
                                    nullptr, nullptr, nullptr, window);
-    const char* const title_text = get_title_text(*add_on);
+    const char* const title_text = add_on->get_shown_title();
     facts->add_title_script(0, 0, title_text, 0);
     facts->add_script(0, 1, "Add On Name", title_text, 0);
     facts->add_script(0, 2, "Type", get_type_text(*add_on), 0);
@@ -123,10 +117,6 @@ void ADD_ON_PANEL::build_description(const char* style_name, std::int32_t row_he
                                           TBF_MULTI_LINE | TBF_FIXED_SIZE, DESCRIPTION_STYLE,
                                           nullptr, nullptr, nullptr, window));
     add_internal_object(grid, 1);
-}
-
-const char* ADD_ON_PANEL::get_title_text(const ADD_ON& add_on) {
-    return add_on.type == ADD_ON::ADD_ON_APPLICATION ? "Application" : add_on.title;
 }
 
 const char* ADD_ON_PANEL::get_type_text(const ADD_ON& add_on) {

@@ -262,6 +262,7 @@ bool AUTOPATCH_SYSTEM::connect() {
         return false;
     }
     manager->connect_timeout = CONNECT_TIMEOUT_S;
+    manager->connect_go_on = [this] { return !is_exit_requested(); };
     connection = manager->connect(host_name, port_number, _network_callback, this);
     if (!connection) {
         TRACE_OUTPUT::output_trace("No connection to %s:%d at attempt %d", host_name, port_number,

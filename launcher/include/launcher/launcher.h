@@ -145,6 +145,7 @@ private:
     void monitor_console_download();
 
     // network_monitor.cpp, the pool thread
+    void wait_for_whole_update(CALLBACK_REQUEST& request);
     bool may_drive_engine(bool& started);
     bool drive_engine(ENGINE_ROUND& round);
     void conclude_patch_run(const ENGINE_ROUND& round);
@@ -183,6 +184,7 @@ private:
     char folder_name[256];
     char cluster_id[256];
     bool check_patch_thread;
+    std::atomic<std::uint32_t> updates;  // that have woken the pool thread
     bool singletons_running;
     std::unique_ptr<CONSOLE_VIEW> console;  // in place of the windows, or null
     INSTANCE_LOCK instance_lock;

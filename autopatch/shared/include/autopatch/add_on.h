@@ -58,6 +58,8 @@ public:
     // Text is cut at the size of its field. `path` and `title` may not lie in this record.
     void set_path(const char* path);
     void set_title(const char* title);
+    // What the user sees: the title, "Application" for the client.
+    const char* get_shown_title() const;
     // Sets a line without touching description_count. An index beyond the last possible line is
     // ignored.
     void set_description_line(std::uint16_t index, const char* text);

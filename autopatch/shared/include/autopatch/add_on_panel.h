@@ -23,7 +23,6 @@ public:
                  WM_CALLBACK callback, void* user1, void* user2, unsigned char flags);
 
     // The texts of the card. `colour` is that of ordinary text in the description.
-    static const char* get_title_text(const ADD_ON& add_on);
     static const char* get_type_text(const ADD_ON& add_on);
     static std::string get_build_text(const ADD_ON& add_on);
     static std::string get_size_text(const ADD_ON& add_on);

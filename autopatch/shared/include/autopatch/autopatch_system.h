@@ -38,7 +38,9 @@ struct AUTOPATCH_PROGRESS {
     std::uint16_t current_index = 0;    // next entry to fetch; equal to the count when all is done
     std::int16_t progress_percent = 0;  // 0 to 100
     double download_rate_kbps = 0.0;
-    ADD_ON* current_add_on = nullptr;  // not owned; stays valid until the engine is cleared
+    // Not owned; valid until the engine is cleared or asks for a list. What the pages show of it
+    // doesn't change meanwhile.
+    ADD_ON* current_add_on = nullptr;
 };
 
 // What the engine takes from its surroundings. Tests put their own in its place.
@@ -64,7 +66,8 @@ public:
     // Starts a run: the catalogue, the pruning of old versions, and the deletion of what an earlier
     // run left in "downloads". `enabled` allows the engine to send the validation request.
     bool internal_startup(unsigned char enabled, const char* host, std::uint16_t port);
-    // Asks the engine to stop what it is doing; ends a running stream and an unpacking. Any thread.
+    // Asks the engine to stop what it is doing; ends a running stream, an unpacking and a connect
+    // that waits. Any thread.
     void internal_shutdown();
     // Back to the state before a connection; closes files and connection and stops the catalogue.
     void clear();
