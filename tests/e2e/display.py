@@ -78,7 +78,7 @@ class Display:
         readable, writable = os.pipe()
         self.start("Xvfb", "-displayfd", str(writable), "-screen", "0",
                    "%dx%dx24" % (width, height), "-fbdir", self.folder, "-nolisten", "tcp", "-noreset",
-                   "-r",  # on a slow machine a key would repeat
+                   "-nocursor", "-r",  # on a slow machine a key would repeat
                    pass_fds=[writable])
         os.close(writable)
         with os.fdopen(readable) as answer:

@@ -98,6 +98,19 @@ TEST_F(ButtonTest, ResultOfTheCallbackIsPassedOn) {
     EXPECT_EQ(WM_MESG_CHANGE_PAGE, release());
 }
 
+TEST_F(ButtonTest, LooksLeftOnceItHasOpenedADialog) {
+    WM_BUTTON* button = add_button(10, 10, 29, 29, 2, "", [](WM_SCREEN_OBJECT*, void*, void*) {
+        area().add_modal_object(new TEST_CLOCK, 0);
+        return WM_MESG_NONE;
+    });
+    point(15, 15);
+    EXPECT_TRUE(button->mouse_over_now);
+    press();
+    release();
+    EXPECT_FALSE(button->mouse_over_now)
+        << "nothing tells it that the pointer goes on to the dialog";
+}
+
 TEST_F(ButtonTest, PressMustBeginOnTheButton) {
     WM_BUTTON* button = add_button(10, 10, 29, 29, 3);
     point(50, 50);
