@@ -149,8 +149,10 @@ class World:
                    "".join("%s\n\t%s\n" % item for item in settings.items()))
 
     def install_skin(self):
-        """What the windows need: pictures, skins and fonts."""
-        shutil.copytree(SKIN_DATA, os.path.join(self.base, "data"), dirs_exist_ok=True)
+        """What the windows need: pictures, skins and fonts. Not compiled, so that the splash can be
+        looked at while the launcher compiles the skin."""
+        shutil.copytree(SKIN_DATA, os.path.join(self.base, "data"), dirs_exist_ok=True,
+                        ignore=shutil.ignore_patterns("skin.bin"))
 
     def start_launcher(self, *arguments, display=None):
         return subprocess.Popen([self.program] + list(arguments), stdin=subprocess.DEVNULL,

@@ -167,6 +167,13 @@ TEST_F(GuiSkin, NeedsAllItsPartsAndADescription) {
     EXPECT_STREQ("", skin.name);
     EXPECT_FALSE(run("s", true));
 
+    // Where nothing can be stored, what was read is used.
+    put_skin("unwritable", 2);
+    std::filesystem::create_directories(path_of("skins/unwritable/skin.bin/not_empty"));
+    EXPECT_FALSE(run("unwritable", true));
+    EXPECT_TRUE(run("unwritable")) << trace;
+    EXPECT_NE(std::string::npos, trace.find("skins/unwritable/skin.bin"));
+
     // An empty table makes a skin useless, compiled or not.
     put_skin("t", 1);
     put("skins/t/constants/sizes.cfg", "");

@@ -216,10 +216,14 @@ protected:
         fs::remove_all(root, ignored);
     }
 
+    // The loose files alone.
     static void copy_skins(const fs::path& base) {
+        const fs::path skins = base / "data" / "skins";
         fs::create_directories(base / "data");
-        fs::copy(fs::path(SKIN_DATA_FOLDER) / "skins", base / "data" / "skins",
-                 fs::copy_options::recursive);
+        fs::copy(fs::path(SKIN_DATA_FOLDER) / "skins", skins, fs::copy_options::recursive);
+        for (const auto& folder : fs::directory_iterator(skins)) {
+            EXPECT_TRUE(fs::remove(folder.path() / "skin.bin")) << folder.path();
+        }
     }
 
     // Another run of the program: nothing is in memory.

@@ -241,21 +241,25 @@ bool GUI_SKIN::load_skin(const char* skin, CONFIG_FILE& versions, unsigned char 
     if (!is_described) {
         return false;
     }
-    bool is_level_loaded = regenerate_level(disk, has_base, config, version, versions);
+    const REGENERATED result = regenerate_level(disk, has_base, config, version, versions);
     set_discard_unused(false);
-    if (!is_level_loaded && regenerate[level] && !(generating && level == 0)) {
-        // A folder that can't be written may hold a good compiled skin. Not for one that was to be
-        // generated: the old one isn't what was asked for.
-        is_level_loaded = tools().load(disk, COMPILED_FILE);
-        if (is_level_loaded) {
-            versions.write(versions.get_base_path(), level_name, std::uint32_t{version});
-        }
+    // One that was to be generated is asked for as a file; an older file isn't it.
+    if (result == REGENERATED_AND_STORED || (generating && level == 0)) {
+        return result == REGENERATED_AND_STORED;
     }
-    return is_level_loaded;
+    // In a folder that can't be written: a good compiled skin, or if there is none what has been
+    // read, which is then read at every start.
+    if (!tools().load(disk, COMPILED_FILE)) {
+        return result == REGENERATED_ONLY && tools().file_version == 0;
+    }
+    versions.write(versions.get_base_path(), level_name, std::uint32_t{version});
+    return true;
 }
 
-bool GUI_SKIN::regenerate_level(DISK_MANAGER& disk, bool has_base, CONFIG_FILE& config,
-                                std::uint16_t internal_version, CONFIG_FILE& versions) {
+GUI_SKIN::REGENERATED GUI_SKIN::regenerate_level(DISK_MANAGER& disk, bool has_base,
+                                                 CONFIG_FILE& config,
+                                                 std::uint16_t internal_version,
+                                                 CONFIG_FILE& versions) {
     WM_STYLE_SET::cache_flags = FLAGS_WHILE_BUILDING;
     set_discard_unused(true);
 
@@ -281,13 +285,13 @@ bool GUI_SKIN::regenerate_level(DISK_MANAGER& disk, bool has_base, CONFIG_FILE& 
         common.move_down("fonts")) {
         read_fonts(common);
     } else if (!read_folder("fonts", read_fonts)) {
-        return false;
+        return NOT_REGENERATED;
     }
     if (!read_folder("style_sets", [](const DISK_MANAGER& folder) {
             tools().load_style_sets(folder, 0, 1);
             tools().load_style_sets(folder, 0, 0);
         })) {
-        return false;
+        return NOT_REGENERATED;
     }
     char value[CONFIG_FILE::value_size];
     COLOUR tint;
@@ -303,15 +307,15 @@ bool GUI_SKIN::regenerate_level(DISK_MANAGER& disk, bool has_base, CONFIG_FILE& 
     if (!read_folder("constants", [](const auto& folder) { tools().load_constants(folder); }) ||
         !read_folder("images", [](const auto& folder) { tools().load_images(folder); }) ||
         !read_folder("colours", [](const auto& folder) { tools().load_colours(folder); })) {
-        return false;
+        return NOT_REGENERATED;
     }
     // The base skin's version, which was read last, is not this one's.
     tools().internal_version = internal_version;
     if (!tools().save(disk, COMPILED_FILE, internal_version)) {
-        return false;
+        return REGENERATED_ONLY;
     }
     versions.write(versions.get_base_path(), level_name, std::uint32_t{internal_version});
-    return true;
+    return REGENERATED_AND_STORED;
 }
 
 void GUI_SKIN::apply_loaded_skin(DISK_MANAGER& disk) {

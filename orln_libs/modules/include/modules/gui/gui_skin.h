@@ -101,8 +101,9 @@ private:
     bool is_current(DISK_MANAGER skins, const char* skin) const;
     bool load_skin(const char* skin, CONFIG_FILE& versions, unsigned char generating_path,
                    int level);
-    bool regenerate_level(DISK_MANAGER& disk, bool has_base, CONFIG_FILE& config,
-                          std::uint16_t internal_version, CONFIG_FILE& versions);
+    enum REGENERATED { NOT_REGENERATED, REGENERATED_ONLY, REGENERATED_AND_STORED };
+    REGENERATED regenerate_level(DISK_MANAGER& disk, bool has_base, CONFIG_FILE& config,
+                                 std::uint16_t internal_version, CONFIG_FILE& versions);
     void apply_loaded_skin(DISK_MANAGER& disk);
 
     std::unique_ptr<DISK_MANAGER> custom_skin_path;  // null: the ordinary one
