@@ -87,7 +87,8 @@ void BASE_APPLICATION_FRAMEWORK::write_to_config_file(DISK_MANAGER* disk) {
                  static_cast<std::uint32_t>(thread_stack_size));
 }
 
-void BASE_APPLICATION_FRAMEWORK::output_error_to_database(const char*, const char*, std::int32_t) {}
+void BASE_APPLICATION_FRAMEWORK::output_error_to_database(const char*, const char*, std::int32_t) {
+}
 
 void BASE_APPLICATION_FRAMEWORK::get_ouput_string(char* buffer, std::size_t size,
                                                   const char* level) {

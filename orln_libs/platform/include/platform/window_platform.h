@@ -37,9 +37,9 @@ bool has_display();
 extern bool events_something_done;
 
 // Takes the waiting events: KEYBOARD, MOUSE and GLOBAL_INPUT follow, and the application's
-// WINDOW_EVENTS are called. As the application is to see each change of a mouse button and each key,
-// the rest may be left to the next call. May be called again from within them. Never waits, and
-// doesn't open the display.
+// WINDOW_EVENTS are called. As the application is to see each change of a mouse button and each
+// key, the rest may be left to the next call. May be called again from within them. Never waits,
+// and doesn't open the display.
 void process_os_events();
 // Sleeps until an event waits or the time is over. Takes none. False if surely none waits.
 bool wait_for_events(std::uint32_t timeout_ms);

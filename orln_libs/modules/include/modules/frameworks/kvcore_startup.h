@@ -5,7 +5,8 @@
 #include "kvcore/result.h"
 
 // Starts threads, the log manager with a handler that writes to the debug stream "kvcore", the
-// pools and the file manager. Each is counted, so that nested calls are harmless. `result` is 0 for success.
+// pools and the file manager. Each is counted, so that nested calls are harmless. `result` is 0 for
+// success.
 void initialise_kvcore(KVCORE::RESULT& result);
 // What has to wait until the application stands; always 0 here.
 void startup_kvcore(KVCORE::RESULT& result);

@@ -23,7 +23,8 @@ public:
     // Reads the settings from `disk`, or from the configuration's own folder when it is null.
     virtual void read_from_config_file(DISK_MANAGER* disk) = 0;
     virtual void write_to_config_file(DISK_MANAGER* disk) = 0;
-    virtual void output_error_to_database(const char* text, const char* file, std::int32_t line) = 0;
+    virtual void output_error_to_database(const char* text, const char* file,
+                                          std::int32_t line) = 0;
     virtual std::int32_t get_build_number() const = 0;
     virtual void initialise() = 0;
     virtual void destroy() = 0;
