@@ -20,7 +20,9 @@ bool GALLERY_SKINS::copy_from(const std::string& data) {
     fs::copy(fs::path(data) / "skins", folder, fs::copy_options::recursive, error);
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
-        if (fs::exists(entry->path() / "skin.cfg", error)) {
+        // A compiled skin names the folder of its fonts, which would be the installation's.
+        fs::remove(entry->path() / "skin.bin", error);
+        if (!error && fs::exists(entry->path() / "skin.cfg", error)) {
             names.push_back(entry->path().filename());
         }
     }
