@@ -8,7 +8,7 @@ import unittest
 import zlib
 
 from display import Display
-from harness import TIMEOUT, WorldTest, write_text
+from harness import SKIN_DATA, TIMEOUT, WorldTest, write_text
 
 SPLASH, MAIN, ERROR = (446, 208), (800, 500), (500, 250)
 TITLE = "Tessarine Launcher"
@@ -206,12 +206,26 @@ class Generate(WorldTest):
         self.assertEqual(0, result.code, result.output)
         self.assertIn("Got application build number 4711", result.output)
         self.assertIn("Got default skin (saffrane) build number 12", result.output)
-        self.assertTrue(os.path.getsize(self.compiled_skin()) > 0)
+        # The same bytes as those that the build has compiled.
+        with open(self.compiled_skin(), "rb") as here, \
+                open(os.path.join(SKIN_DATA, "skins", "saffrane", "skin.bin"), "rb") as built:
+            self.assertTrue(here.read() == built.read())
         with open(self.catalogue(), "rb") as file:
             content = file.read()
         self.assertIn(b"saffrane", content)
         self.assertNotIn(b"match3d", content)
         self.assertFalse(os.path.exists(self.world.add_ons("add_ons.bin")))
+
+    def test_launcher_and_server_understand_the_catalogue(self):
+        self.assertEqual(0, self.world.run_launcher("--gendata").code)
+        self.world.publish(4711)
+        self.world.start_server()
+        shutil.copytree(self.world.make_client(4711), self.world.add_ons("client", "app_4711"))
+        shutil.copy(self.catalogue(), self.world.add_ons("add_ons.bin"))
+        result = self.world.run_launcher()
+        self.assert_started(result, 4711)
+        self.assertIn("None required", result.output)
+        self.assertIn("has app/4711", self.world.read_server_log())
 
     def test_three_d_view_with_the_components_that_are_there(self):
         self.put("client/add_ons/match3d/defaults.cfg", "version\n\t9\n")
