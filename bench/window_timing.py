@@ -131,12 +131,41 @@ def measure_splash(world, display):
         end(process)
 
 
-def measure_page(world, display):
+def measure_quiet_pages(world, display):
+    """The pages on which the launcher waits for the user."""
+    folder = os.path.join(world.root, "pictures")
+    os.makedirs(folder)
+
+    def start(picture):
+        process = world.start_launcher("--screenshot=" + folder, display=display.name)
+        wait_for(lambda: os.path.exists(os.path.join(folder, picture)))
+        return process
+
+    world.port = 1  # nobody listens
+    world.configure()
+    process = start("error.png")
+    show("error page", idle_share(process), "% of a core", 1)
+    end(process)
+
+    world.publish(1, size=100000)
+    world.start_server()
+    world.configure(AUTO_LAUNCH=0)
+    process = start("download.png")
+    display.wait_window("^Tessarine Launcher$")
+    show("download page with all downloaded", idle_share(process), "% of a core", 1)
+    end(process)
+    world.stop_server()
+    shutil.rmtree(world.user)
+    os.makedirs(world.user)
+
+
+def measure_stalled_page(world, display):
     world.publish(1, size=1000000)
     world.start_server("--transfer", "blocks", "--fault", "stall-after:1")
     process = world.start_launcher(display=display.name)
     display.wait_window(PAGE_TITLE)
-    show("download page, nothing happens", idle_share(process), "% of a core", 1)
+    show("download page, the server has stopped sending", idle_share(process),
+         "% of a core", 1)
     show("memory with the page: now, most", memory_mb(process), "MB", 60)
     end(process)
 
@@ -177,7 +206,8 @@ def main():
     try:
         world.install_skin()
         measure_splash(world, display)
-        measure_page(world, display)
+        measure_quiet_pages(world, display)
+        measure_stalled_page(world, display)
         measure_lateness(world, display)
     finally:
         display.close()
