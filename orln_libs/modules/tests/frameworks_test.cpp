@@ -8,8 +8,8 @@
 #include "../../platform/tests/disk_fixture.h"
 #include "modules/frameworks/application_loop.h"
 #include "modules/frameworks/client_framework.h"
-#include "modules/frameworks/graphics_sizes.h"
 #include "modules/frameworks/trace_output.h"
+#include "platform/open_graphics.h"
 
 namespace {
 

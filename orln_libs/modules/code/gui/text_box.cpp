@@ -156,20 +156,18 @@ bool TEXT_BOX::is_within_limit(const char* more) {
 }
 
 bool TEXT_BOX::insert_text(const char* more) {
+    std::int32_t index = 0;
+    const bool has_cursor =
+        !text.empty() && cursor_row >= 0 && !default_text_shown &&
+        get_text_index_from_char(cursor_column, cursor_row, cursor_x, cursor_offset, index);
+    if (!has_cursor) {
+        return append_text(more);
+    }
     more = or_empty(more);
     if (!is_within_limit(more)) {
         return false;
     }
-    if (text.empty()) {
-        set_text(more);
-        return true;
-    }
-    std::int32_t index = 0;
-    const auto length = static_cast<std::int32_t>(text.size());
-    const bool has_cursor =
-        cursor_row >= 0 && !default_text_shown &&
-        get_text_index_from_char(cursor_column, cursor_row, cursor_x, cursor_offset, index);
-    index = has_cursor ? std::clamp(index, 0, length) : length;
+    index = std::clamp(index, 0, static_cast<std::int32_t>(text.size()));
     text.insert(static_cast<std::size_t>(index), more);
     show_changed_text();
     return true;
