@@ -179,6 +179,7 @@ void LAUNCHER::destroy() {
     if (!singletons_running) {
         return;
     }
+    pictures.leave_page();
     config.write(config.get_base_path(), "APPLICATION_ABBREVIATED_NAME",
                  application_abbreviated_name);
     config.write(config.get_base_path(), "AUTO_LAUNCH",
@@ -251,6 +252,7 @@ LAUNCHER_PAGE LAUNCHER::take_requested_page() {
     if (requested_page == PAGE_NONE || requested_page == current_page) {
         return PAGE_NONE;
     }
+    pictures.leave_page();
     current_page = requested_page;
     requested_page = PAGE_NONE;
     return current_page;
@@ -278,7 +280,9 @@ void LAUNCHER::finish_patch_run() {
     if (!client_ready || (!launch_requested && error == AUTOPATCH_OK)) {
         return;
     }
+    // The client takes the place of this process.
     lateness.write();
+    pictures.leave_page();
     if (launch_client()) {
         exit_requested = true;
         return;

@@ -40,7 +40,7 @@ void WINDOW_PICTURES::monitor(LAUNCHER_PAGE page) {
     }
     updates_of_page = page == last_page ? updates_of_page + 1 : 1;
     last_page = page;
-    if (updates_of_page < UPDATES_UNTIL_COMPLETE) {
+    if (!is_complete()) {
         return;
     }
     if (updates_of_page == UPDATES_UNTIL_COMPLETE) {
@@ -50,6 +50,18 @@ void WINDOW_PICTURES::monitor(LAUNCHER_PAGE page) {
         ++asked_for;
         take(page, "picture_" + std::to_string(asked_for) + ".png");
     }
+}
+
+void WINDOW_PICTURES::leave_page() {
+    if (started && last_page != PAGE_NONE && !is_complete()) {
+        take(last_page, std::string(get_page_name(last_page)) + ".png");
+    }
+    last_page = PAGE_NONE;
+    updates_of_page = 0;
+}
+
+bool WINDOW_PICTURES::is_complete() const {
+    return updates_of_page >= UPDATES_UNTIL_COMPLETE;
 }
 
 void WINDOW_PICTURES::take(LAUNCHER_PAGE page, const std::string& name) const {

@@ -331,6 +331,14 @@ TEST_F(LauncherWindows, FirstInstallationWithoutAServerEndsAtTheErrorPage) {
     EXPECT_FALSE(update(3));
 }
 
+TEST_F(LauncherWindows, PictureOfAPageThatGoesAtOnceIsTakenAsItGoes) {
+    start();
+    ASSERT_TRUE(update(2));
+    EXPECT_FALSE(fs::exists(root / "pictures" / "splash.png")) << "it isn't complete yet";
+    ORLN_APPLICATION::shutdown();
+    EXPECT_TRUE(fs::exists(root / "pictures" / "splash.png"));
+}
+
 TEST_F(LauncherWindows, EscapeLeavesTheErrorPage) {
     ASSERT_NO_FATAL_FAILURE(run_until_error_page());
     press(KEY_ESCAPE);

@@ -1,6 +1,7 @@
 // WINDOW_PICTURES: pictures of the launcher's windows for tests, as PNG files in a folder.
 //
-// Each page is taken once, as soon as it is complete: "splash.png", "download.png", "error.png".
+// Each page is taken once, as soon as it is complete or when it goes, whichever comes first:
+// "splash.png", "download.png", "error.png".
 // With each SIGUSR1 the window on show is taken once more: "picture_1.png", "picture_2.png" and so
 // on. A picture is written under another name and renamed, so that a file that is there is whole.
 // Main thread only.
@@ -20,8 +21,12 @@ public:
     bool is_started() const { return started; }
     // Once per update, at its end.
     void monitor(LAUNCHER_PAGE page);
+    // Another page is about to take the place of the last, or the launcher is about to end. A fast
+    // update leaves the splash after few updates.
+    void leave_page();
 
 private:
+    bool is_complete() const;
     void take(LAUNCHER_PAGE page, const std::string& name) const;
 
     bool started = false;
