@@ -108,10 +108,17 @@ void THREAD_POOL::wake(std::int32_t type, std::int32_t id) {
         return;
     }
     MUTEX_LOCKER pool_guard(pool->lock_);
-    if (THREAD_QUEUE* const queue = pool->find_queue(type, id)) {
-        MUTEX_LOCKER queue_guard(queue->lock);
-        queue->signal();
+    THREAD_QUEUE* const queue = pool->find_queue(type, id);
+    if (!queue) {
+        return;
     }
+    {
+        MUTEX_LOCKER queue_guard(queue->lock);
+        queue->signalled = true;
+    }
+    // Without the queue's lock, or the thread would wake only to wait for it. The pool's lock keeps
+    // the queue alive.
+    pthread_cond_signal(&queue->wake);
 }
 
 bool THREAD_POOL::get_thread_busy(std::int32_t type, std::int32_t id) {
