@@ -51,6 +51,11 @@ void PATCH_SESSION::log_end(bool by_server) const {
                end_reason.empty() ? reason : end_reason.c_str());
 }
 
+// A launcher may ask as often as it likes; the line in the log stays of a readable length.
+void PATCH_SESSION::note(const std::string& text) {
+    history.append(text, 0, MAX_HISTORY - history.size());
+}
+
 void PATCH_SESSION::handle_message(NETWORK_MESSAGE& message) {
     std::uint16_t id = 0;
     std::uint16_t version = 0;
@@ -110,7 +115,7 @@ bool PATCH_SESSION::write_list(NETWORK_MESSAGE& message, std::uint16_t id,
 
 void PATCH_SESSION::handle_available_request(NETWORK_MESSAGE& message) {
     catalogue = host.watch.get();
-    history += " list";
+    note(" list");
     if (write_list(message, AUTOPATCH_MESSAGE_LIST, catalogue->get_add_ons())) {
         send_message(message);
     } else {
@@ -135,17 +140,14 @@ void PATCH_SESSION::handle_validation_request(std::uint16_t version, NETWORK_MES
     }
     catalogue = host.watch.get();
     const auto needed = catalogue->select_needed(installed);
-    history += " has";
-    for (const auto& add_on : installed) {
-        history += " " + std::string(add_on->path) + "/" + std::to_string(add_on->version);
-    }
-    history += ", needs";
-    for (const auto& add_on : needed) {
-        history += " " + std::string(add_on->path) + "/" + std::to_string(add_on->version);
-    }
-    if (history.size() > MAX_HISTORY) {
-        history.resize(MAX_HISTORY);
-    }
+    const auto note_versions = [this](const char* title, const auto& add_ons) {
+        note(title);
+        for (const auto& add_on : add_ons) {
+            note(" " + std::string(add_on->path) + "/" + std::to_string(add_on->version));
+        }
+    };
+    note_versions(" has", installed);
+    note_versions(", needs", needed);
     if (host.settings.faults.unknown_id) {
         begin_message(message, UNKNOWN_MESSAGE);
     } else if (!write_list(message, AUTOPATCH_MESSAGE_VALIDATION_RESPONSE, needed)) {
@@ -172,10 +174,7 @@ void PATCH_SESSION::handle_file_request(NETWORK_MESSAGE& message, bool start_str
         end("asked for what there isn't");
         return;
     }
-    if (history.size() < MAX_HISTORY) {
-        history +=
-            std::string(start_stream ? " stream " : " get ") + path + "@" + std::to_string(held);
-    }
+    note(std::string(start_stream ? " stream " : " get ") + path + "@" + std::to_string(held));
     if (held == 0) {
         transfer_ms = get_ms_count();
     }
@@ -326,7 +325,7 @@ void PATCH_SESSION::send_block() {
 
 // An archive has gone out to its end.
 void PATCH_SESSION::note_transfer() {
-    history += " done in " + std::to_string(get_ms_count() - transfer_ms) + " ms";
+    note(" done in " + std::to_string(get_ms_count() - transfer_ms) + " ms");
 }
 
 bool PATCH_SESSION::send_stream_piece() {

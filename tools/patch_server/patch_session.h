@@ -54,6 +54,7 @@ private:
     void offer_stream(NETWORK_MESSAGE& message);
     bool send_stream_piece();
     bool pump_raw_frames();
+    void note(const std::string& text);
     void note_transfer();
     void end(const char* reason);
     void make_byte_faults(std::int64_t before);
