@@ -1,16 +1,18 @@
-// Bytes in several encodings as strings and back. The first byte chooses the encoding.
+// The library's own UTF-8, which file names go through, against that of the C library.
+#include <iconv.h>
+
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
 #include <string>
-#include <vector>
 
-#include "kvcore/text_converter.h"
 #include "kvcore/text_utilities.h"
 
 namespace {
 
-using KVCORE::STRING;
 using KVCORE::TEXT_UTILITIES;
 
 void require(bool condition) {
@@ -19,42 +21,56 @@ void require(bool condition) {
     }
 }
 
-constexpr const char* ENCODINGS[] = {"UTF-8",     "UTF-16LE",  "UTF-16", "ISO-8859-1",
-                                     "MACINTOSH", "SHIFT_JIS", "UTF-7",  "ISO-2022-JP",
-                                     "UTF-32",    "none such"};
-constexpr std::size_t ENCODING_COUNT = sizeof ENCODINGS / sizeof ENCODINGS[0];
+// The units of a UTF-8 text by the C library; nothing if it isn't one.
+std::optional<std::u16string> decode_by_iconv(const std::string& bytes) {
+    static const iconv_t converter = ::iconv_open("UTF-16LE", "UTF-8");
+    require(converter != reinterpret_cast<iconv_t>(-1));
+    ::iconv(converter, nullptr, nullptr, nullptr, nullptr);
+    std::u16string units(bytes.size(), u'\0');
+    char* input = const_cast<char*>(bytes.data());  // iconv doesn't write to it
+    std::size_t left = bytes.size();
+    char* output = reinterpret_cast<char*>(units.data());
+    std::size_t room = units.size() * sizeof(char16_t);
+    if (::iconv(converter, &input, &left, &output, &room) == static_cast<std::size_t>(-1)) {
+        require(errno != E2BIG);
+        return std::nullopt;
+    }
+    units.resize(units.size() - room / sizeof(char16_t));
+    return units;
+}
 
-// iconv and our own decoder agree on text without errors; each leaves no byte out otherwise.
-void check_utf8(const std::string& bytes, const STRING& decoded) {
-    std::vector<char16_t> units(bytes.size());
+std::u16string decode(const std::string& bytes) {
+    std::u16string units(bytes.size(), u'\0');
     const std::int32_t count =
         TEXT_UTILITIES::from_utf8(bytes.data(), static_cast<std::int32_t>(bytes.size()),
                                   units.data(), static_cast<std::int32_t>(units.size()));
-    const STRING own(units.data(), count);
-    if (!own.contains(u"\uFFFD")) {
-        require(own.equals(decoded));
-        require(KVCORE::encode_text(decoded, "UTF-8") == bytes);
-    } else {
-        require(decoded.contains(u"\uFFFD"));
-    }
+    units.resize(static_cast<std::size_t>(count));
+    return units;
+}
+
+std::string encode(const std::u16string& units) {
+    return TEXT_UTILITIES::to_utf8(units.data(), static_cast<std::int32_t>(units.size()));
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0 || size > 16384) {
+    if (size > 16384) {
         return 0;
     }
-    const char* const encoding = ENCODINGS[data[0] % ENCODING_COUNT];
-    const std::string bytes(reinterpret_cast<const char*>(data + 1), size - 1);
-    const STRING decoded = KVCORE::decode_text(bytes, encoding);
-    require(static_cast<std::size_t>(decoded.get_length()) <= 4 * bytes.size() + 4);
-    if (data[0] % ENCODING_COUNT == 0) {
-        check_utf8(bytes, decoded);
+    // Bytes as they come: the same text, or a mark for what is none.
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    const std::u16string decoded = decode(bytes);
+    if (const auto expected = decode_by_iconv(bytes)) {
+        require(decoded == *expected && encode(decoded) == bytes);
+    } else {
+        require(decoded.find(u'\uFFFD') != decoded.npos);
     }
-    // What came out is text, unless it holds half a pair of surrogates: it goes through UTF-8.
-    const std::string utf8 = KVCORE::encode_text(decoded, "UTF-8");
-    require(KVCORE::encode_text(KVCORE::decode_text(utf8, "UTF-8"), "UTF-8") == utf8);
-    (void)KVCORE::encode_text(decoded, encoding);
+    // Units as they come, halves of pairs among them: what is written is UTF-8.
+    std::u16string units(size / sizeof(char16_t), u'\0');
+    std::memcpy(units.data(), data, units.size() * sizeof(char16_t));
+    const std::string encoded = encode(units);
+    const auto read_back = decode_by_iconv(encoded);
+    require(read_back && *read_back == decode(encoded) && read_back->size() == units.size());
     return 0;
 }

@@ -245,7 +245,6 @@ RESULT LOG_MANAGER::do_initialisation() {
     // Which thread is the application's must be known.
     const RESULT result = THREAD::initialise();
     if (result != 0) {
-        THREAD::shutdown();
         return result;
     }
     MANAGER_STATE& manager = state();

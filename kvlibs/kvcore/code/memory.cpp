@@ -5,9 +5,13 @@
 #include <cstring>
 
 #include "kvcore/debugger.h"
+#include "kvcore/log_channel.h"
 #include "kvcore/process.h"
 
 namespace KVCORE {
+
+LOG_CHANNEL MEMORY_CHANNEL("MEMORY_CHANNEL");
+
 namespace {
 
 std::atomic<MEMORY_HANDLER*> installed_handler{nullptr};

@@ -2,9 +2,13 @@
 
 #include <limits>
 
+#include "kvcore/log_channel.h"
 #include "kvcore/pool_manager.h"
 
 namespace KVCORE {
+
+LOG_CHANNEL POOL_REPORT_CHANNEL("POOL_REPORT_CHANNEL");
+
 namespace {
 
 // Room for the chain's link, and no slot at an odd address.

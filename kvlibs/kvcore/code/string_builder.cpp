@@ -27,8 +27,12 @@ STRING_BUILDER::STRING_BUILDER(STRING_BUILDER&& other) noexcept
     : buffer(std::move(other.buffer)), length(std::exchange(other.length, 0)) {
 }
 
+std::int32_t STRING_BUILDER::get_length_with(std::int64_t count) const noexcept {
+    return STRING_BUFFER::clamp_length(length + count);
+}
+
 bool STRING_BUILDER::has_own_room(std::int32_t count) const noexcept {
-    return buffer && std::int64_t{length} + count <= buffer->get_length() &&
+    return buffer && get_length_with(count) <= buffer->get_length() &&
            buffer->get_reference_count() == 1;
 }
 
@@ -40,12 +44,12 @@ void STRING_BUILDER::check_additional_capacity(std::int64_t count) {
         return;
     }
     const std::int32_t capacity = buffer->get_length();
-    const std::int64_t needed = length + count;
+    const std::int32_t needed = get_length_with(count);
     if (needed <= capacity) {
         make_own();
         return;
     }
-    const std::int64_t step = std::int64_t{capacity} + GROW_STEP;
+    const std::int32_t step = capacity + GROW_STEP;
     set_capacity(STRING_BUFFER::clamp_length(needed > step ? needed + GROW_STEP : step));
 }
 

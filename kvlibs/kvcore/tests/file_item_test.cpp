@@ -1,6 +1,9 @@
 // Items over the file system: what they tell, and what they do to it.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/fsuid.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,6 +32,31 @@ std::string text(const STRING& string) {
 FILE_NAME name(const char* text) {
     return FILE_NAME(STRING(text));
 }
+
+// Where the tests run as root: the right of root to every file is gone as long as this lives, and a
+// folder made over to it belongs to an ordinary user.
+class ORDINARY_USER {
+public:
+    explicit ORDINARY_USER(const fs::path& folder) {
+        if (::geteuid() == 0) {
+            give(folder);
+            for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+                give(entry.path());
+            }
+            ::setfsuid(USER);
+        }
+    }
+    ~ORDINARY_USER() { ::setfsuid(::geteuid()); }
+    ORDINARY_USER(const ORDINARY_USER&) = delete;
+    ORDINARY_USER& operator=(const ORDINARY_USER&) = delete;
+
+private:
+    static constexpr uid_t USER = 65534;
+
+    static void give(const fs::path& path) {
+        EXPECT_EQ(0, ::lchown(path.c_str(), USER, static_cast<gid_t>(-1)));
+    }
+};
 
 class FileItem : public testing::Test {
 protected:
@@ -97,6 +125,11 @@ TEST_F(FileItem, NamesInOtherScripts) {
     const auto sub = item->create_container(name("sub"));
     EXPECT_EQ(0, bad->move_to(KVCORE::FILE_NAME_UNCHANGED, KVCORE::FILE_TYPE_UNCHANGED, sub));
     EXPECT_TRUE(folder.has("sub/bad\xFF.txt"));
+    // A borrowed 8-bit text is Latin 1 by the library's rule.
+    const FILE_NAME borrowed(STRING("caf\xE9", KVCORE::COPY_MODE::KEEP));
+    EXPECT_TRUE(item->create_item(borrowed, KVCORE::FILE_TYPE_TEXT)->get_name() ==
+                FILE_NAME(STRING(u"caf\u00E9")));
+    EXPECT_TRUE(folder.has("caf\xC3\xA9.txt"));
 }
 
 TEST_F(FileItem, NamesDontLeadOutOfTheFolder) {
@@ -219,6 +252,25 @@ TEST_F(FileItem, CopiesWholeOrNotAtAll) {
     EXPECT_TRUE(tree->copy_container_manually(KVCORE::FILE_NAME_UNCHANGED, target).is_null());
 }
 
+TEST_F(FileItem, CopiesLockedFoldersWithTheirRights) {
+    folder.write("locked/deep/a.txt", "a");
+    fs::create_directory(folder.path / "target");
+    fs::permissions(folder.path / "locked/deep", fs::perms(0555));
+    fs::permissions(folder.path / "locked", fs::perms(0555));
+    {
+        const ORDINARY_USER user(folder.path);
+        const auto copy = at("locked")->copy_to(KVCORE::FILE_NAME_UNCHANGED,
+                                                KVCORE::FILE_TYPE_UNCHANGED, at("target"));
+        EXPECT_TRUE(copy);
+    }
+    EXPECT_EQ("a", folder.read("target/locked/deep/a.txt"));
+    EXPECT_EQ(1, std::distance(fs::directory_iterator(folder.path / "target"), {}));
+    for (const char* path : {"target/locked", "target/locked/deep", "locked", "locked/deep"}) {
+        EXPECT_EQ(fs::perms(0555), fs::status(folder.path / path).permissions()) << path;
+        fs::permissions(folder.path / path, fs::perms(0755));
+    }
+}
+
 TEST_F(FileItem, RemovesByItsFlags) {
     folder.write("tree/deep/a.txt", "a");
     folder.write("kept.txt", "k");
@@ -257,6 +309,11 @@ TEST_F(FileItem, KeepsDates) {
     }
     EXPECT_EQ(0, result);
     EXPECT_EQ(12345.5, file->get_date(KVCORE::DATE_OF_CREATION).get_seconds());
+    fs::permissions(folder.path / "a.txt", fs::perms(0440));
+    const auto copy = file->copy_to(name("copy"), KVCORE::FILE_TYPE_UNCHANGED, item);
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(12345.5, copy->get_date(KVCORE::DATE_OF_CREATION).get_seconds());
+    EXPECT_EQ(then.get_seconds(), copy->get_date(KVCORE::DATE_OF_CHANGE).get_seconds());
 }
 
 // Tests that lead the user's folders elsewhere.
@@ -283,6 +340,23 @@ TEST_F(FileManager, TrashTakesAFolderWhole) {
     EXPECT_NE(std::string::npos,
               note.find("[Trash Info]\nPath=" + (folder.path / "other/tree\n").string()));
     EXPECT_TRUE(tree->is_container()) << "the item follows";
+}
+
+TEST_F(FileManager, TrashThatIsFullLeavesNoNote) {
+    folder.write("a.txt", "a");
+    const auto file = at("a.txt");
+    fs::create_directories(folder.path / ".local/share/Trash/info");
+    rlimit old;
+    ASSERT_EQ(0, ::getrlimit(RLIMIT_FSIZE, &old));
+    const rlimit nothing{0, old.rlim_max};
+    auto* const old_action = ::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(0, ::setrlimit(RLIMIT_FSIZE, &nothing));
+    const KVCORE::RESULT result = file->remove(KVCORE::FILE_ITEMS_TRASH);
+    ASSERT_EQ(0, ::setrlimit(RLIMIT_FSIZE, &old));
+    ::signal(SIGXFSZ, old_action);
+    EXPECT_EQ(EFBIG, result);
+    EXPECT_EQ("a", folder.read("a.txt"));
+    EXPECT_TRUE(fs::is_empty(folder.path / ".local/share/Trash/info"));
 }
 
 TEST_F(FileManager, KnowsTheWellKnownFolders) {

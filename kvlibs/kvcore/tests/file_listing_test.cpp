@@ -112,6 +112,14 @@ TEST(FileListing, AliasesCountAsWhatTheyLeadTo) {
     EXPECT_EQ(0, link->remove(0));
     EXPECT_FALSE(folder.has("link.txt"));
     EXPECT_TRUE(folder.has("real/x.txt"));
+    // An alias is no volume, even if it leads to the top of one.
+    fs::create_symlink("/proc", folder.path / "far");
+    const auto far = item->get_container(FILE_NAME(STRING("far")));
+    ASSERT_TRUE(far && far->is_container());
+    EXPECT_FALSE(far->is_volume());
+    EXPECT_EQ("far", text(far->get_name().get_string()));
+    EXPECT_EQ(0, far->rename_as(KVCORE::FILE_NAME_UNCHANGED, KVCORE::FILE_TYPE_TEXT));
+    EXPECT_TRUE(folder.has("far.txt"));
 }
 
 TEST(FileListing, AliasesThatLeadUpEndTheWalk) {

@@ -17,6 +17,11 @@
 #include "kvcore/string.h"
 #include "kvcore/string_loggable.h"
 #include "kvcore/symbol.h"
+#include "kvcore/vector_loggable.h"
+#include "kvmath/fixed_point.h"
+#include "kvmath/vector2.h"
+#include "kvmath/vector3.h"
+#include "kvmath/vector4.h"
 
 namespace KVCORE {
 namespace {
@@ -116,6 +121,16 @@ TEST(LoggableTest, EveryTypeYieldsItsText) {
     LOGGABLE pointers;
     pointers << reinterpret_cast<void*>(0x1234) << static_cast<const char*>(nullptr);
     EXPECT_EQ(text_of(&pointers), "<pointer: 0x00001234>");
+}
+
+TEST(LoggableTest, VectorsShowTheirNumbers) {
+    LOGGABLE root;
+    root << KVMATH::BASEVECTOR2<float>(1.0f, -2.5f) << " "
+         << KVMATH::VECTOR3_BASE<KVMATH::FIXED_POINT>(KVMATH::VECTOR3_BASE<float>(0.5f, 2, -1))
+         << " " << KVMATH::BASEVECTOR4<float>(1.0f, 2.0f, 3.0f, 4.0f);
+    EXPECT_EQ(text_of(&root),
+              "(1.000000, -2.500000) (0.500000, 2.000000, -1.000000) "
+              "(1.000000, 2.000000, 3.000000, 4.000000)");
 }
 
 TEST(LoggableTest, WideTextsAndXml) {

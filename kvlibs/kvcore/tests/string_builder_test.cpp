@@ -120,6 +120,13 @@ TEST(StringBuilder, StopsAtTheLongestString) {
     builder.append("abcdef");
     EXPECT_EQ(STRING::MAX_LENGTH, builder.get_length());
     EXPECT_EQ(u'c', builder.get_char(STRING::MAX_LENGTH - 1));
+    const auto get_place = [&] {
+        return KVCORE::TEXT_VIEW(builder).visit(
+            [](const auto* text, std::int32_t) -> const void* { return text; });
+    };
+    const void* const place = get_place();
+    builder.append("more");
+    EXPECT_EQ(place, get_place()) << "a full builder isn't copied for text that is cut anyway";
     builder.insert(0, "12");
     EXPECT_EQ(STRING::MAX_LENGTH, builder.get_length());
     EXPECT_EQ(u'2', builder.get_char(1));

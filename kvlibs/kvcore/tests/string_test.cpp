@@ -185,6 +185,7 @@ TEST_P(BOTH_WIDTHS, SearchesYieldTheLengthForNoMatch) {
     EXPECT_EQ(6, string.find_nth_char('a', 2, 1));
     EXPECT_EQ(9, string.find_nth_char('a', 4));
     EXPECT_EQ(9, string.find_nth_char('a', 0));
+    EXPECT_EQ(9, string.find_nth_char('a', INT32_MIN));
     EXPECT_EQ(0, string.find_nth_char_reverse('a', 3));
     EXPECT_EQ(2, string.skip_chars("ab"));
     EXPECT_EQ(0, string.skip_chars("")) << "nothing to skip";

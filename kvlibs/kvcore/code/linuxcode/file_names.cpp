@@ -1,26 +1,14 @@
 #include "file_names.h"
 
-#include <algorithm>
-
-#include "kvcore/text_converter.h"
+#include "kvcore/text_utilities.h"
 
 namespace KVCORE {
 namespace {
 
-constexpr const char* FILE_ENCODING = "UTF-8";
-
-bool is_ascii(char c) {
-    return static_cast<unsigned char>(c) < 0x80;
-}
-
-bool is_special(std::string_view name) {
-    return name == "." || name == "..";
-}
-
 // A name in the file system's form; empty if it can't be one.
 std::string to_name(const STRING& text) {
     std::string name = to_file_text(text);
-    if (is_special(name) || name.find('/') != std::string::npos ||
+    if (is_special_name(name) || name.find('/') != std::string::npos ||
         name.find('\0') != std::string::npos) {
         name.clear();
     }
@@ -35,29 +23,29 @@ STRING combine(const FILE_NAME& name, const FILE_TYPE& type) {
 
 }  // namespace
 
+bool is_special_name(std::string_view name) {
+    return name == "." || name == "..";
+}
+
 STRING from_file_text(std::string_view bytes) {
-    // Most names are ASCII, which needs no converter.
-    if (std::all_of(bytes.begin(), bytes.end(), is_ascii)) {
-        return STRING(bytes.data(),
-                      STRING_BUFFER::clamp_length(static_cast<std::int64_t>(bytes.size())));
+    // No text has more units than bytes.
+    const std::int32_t length =
+        STRING_BUFFER::clamp_length(static_cast<std::int64_t>(bytes.size()));
+    if (length == 0) {
+        return STRING();
     }
-    return decode_text(bytes, FILE_ENCODING);
+    const REFERENCE_COUNTER<STRING_BUFFER> buffer = STRING_BUFFER::create(length);
+    const std::int32_t count =
+        TEXT_UTILITIES::from_utf8(bytes.data(), length, buffer->get_text(), length);
+    buffer->set_length(count);
+    buffer->get_text()[count] = 0;
+    return STRING(buffer);
 }
 
 std::string to_file_text(TEXT_VIEW text) {
-    std::string bytes;
-    const bool ascii = text.visit([&](const auto* units, std::int32_t length) {
-        bytes.reserve(static_cast<std::size_t>(length));
-        for (std::int32_t i = 0; i < length; ++i) {
-            const char16_t unit = TEXT_UTILITIES_BASE::widen(units[i]);
-            if (unit >= 0x80) {
-                return false;
-            }
-            bytes.push_back(static_cast<char>(unit));
-        }
-        return true;
-    });
-    return ascii ? bytes : encode_text(text, FILE_ENCODING);
+    std::u16string units(static_cast<std::size_t>(text.get_length()), u'\0');
+    TEXT_UTILITIES::widen_block(units.data(), text);
+    return TEXT_UTILITIES::to_utf8(units.data(), text.get_length());
 }
 
 std::string make_file_name(const FILE_NAME& name, const FILE_TYPE& type) {
@@ -82,7 +70,7 @@ std::string make_file_path(const FILE_PATH& path) {
         return std::string();
     }
     const std::string_view last = get_last_component(text);
-    if (last.size() > 1 && last.back() == '.' && !is_special(last)) {
+    if (last.size() > 1 && last.back() == '.' && !is_special_name(last)) {
         text.pop_back();
     }
     return text;

@@ -10,6 +10,9 @@
 
 namespace KVCORE {
 
+// "." or "..", which name a folder from within.
+bool is_special_name(std::string_view name);
+
 // File names are UTF-8. Bytes that are none show as U+FFFD.
 STRING from_file_text(std::string_view bytes);
 std::string to_file_text(TEXT_VIEW text);

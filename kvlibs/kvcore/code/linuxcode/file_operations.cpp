@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <limits.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,10 +13,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
-#include <string_view>
 #include <utility>
 
 #include "file_names.h"
+#include "fsref_support.h"
 #include "kvcore/file_stream_helper_posix.h"
 
 namespace KVCORE {
@@ -27,13 +28,18 @@ struct FOLDER_CLOSER {
     void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-bool is_special(std::string_view name) {
-    return name == "." || name == "..";
-}
-
 int set_times(const std::string& path, const struct stat& status) {
     const timespec times[2] = {status.st_atim, status.st_mtim};
     return ::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+}
+
+// The creation date that was set goes along where the volume can hold it.
+void copy_creation_date(const std::string& from, const std::string& to) {
+    char date[64];
+    const ssize_t length = ::lgetxattr(from.c_str(), CREATION_ATTRIBUTE, date, sizeof date);
+    if (length > 0) {
+        ::lsetxattr(to.c_str(), CREATION_ATTRIBUTE, date, static_cast<std::size_t>(length), 0);
+    }
 }
 
 int copy_content(const FILE_STREAM_HELPER_POSIX& from, const FILE_STREAM_HELPER_POSIX& to) {
@@ -61,6 +67,9 @@ int copy_file(const std::string& from, const std::string& to, const struct stat&
         ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     int code = copy.is_open() ? copy_content(source, copy) : errno;
     source.close();
+    if (code == 0) {
+        copy_creation_date(from, to);
+    }
     if (code == 0 && ::fchmod(copy.get_descriptor(), status.st_mode & 0777) != 0) {
         code = errno;
     }
@@ -81,9 +90,17 @@ int copy_link(const std::string& from, const std::string& to, const struct stat&
     return ::symlink(text.c_str(), to.c_str()) == 0 ? set_times(to, status) : errno;
 }
 
+int remove_tree(const std::string& path) {
+    std::error_code error;
+    std::filesystem::remove_all(path, error);
+    return error.value();
+}
+
 // Copies a tree without calls within calls, so that no depth of folders runs the stack out.
 class TREE_COPY {
 public:
+    // The copy is complete but for one thing: its top folder can be written to, since a folder
+    // that can't is moved by nobody.
     int copy(const std::string& from, const std::string& to) {
         waiting_.emplace_back(from, to);
         int code = 0;
@@ -95,11 +112,27 @@ public:
         // Rights and dates of folders come last: filling a folder changes its date, and may need
         // rights that it isn't to have.
         for (auto folder = folders_.rbegin(); code == 0 && folder != folders_.rend(); ++folder) {
-            code = ::chmod(folder->path.c_str(), folder->status.st_mode & 07777) == 0
+            const bool is_top = folder + 1 == folders_.rend();
+            const mode_t rights = get_rights(*folder) | (is_top ? mode_t{S_IWUSR} : mode_t{0});
+            code = ::chmod(folder->path.c_str(), rights) == 0
                        ? set_times(folder->path, folder->status)
                        : errno;
         }
         return code;
+    }
+
+    // Gives the top folder, now at `path`, the rights that it is to have.
+    int finish(const std::string& path) const {
+        const bool is_ready = folders_.empty() || (get_rights(folders_.front()) & S_IWUSR) != 0;
+        return is_ready || ::chmod(path.c_str(), get_rights(folders_.front())) == 0 ? 0 : errno;
+    }
+
+    // Takes the copy away again, whatever rights its folders have by now.
+    void remove(const std::string& to) const {
+        for (const FOLDER& folder : folders_) {
+            ::chmod(folder.path.c_str(), 0700);
+        }
+        remove_tree(to);
     }
 
 private:
@@ -108,6 +141,8 @@ private:
         std::string path;
         struct stat status;
     };
+
+    static mode_t get_rights(const FOLDER& folder) { return folder.status.st_mode & 07777; }
 
     int copy_one(const PATHS& paths) {
         const auto& [from, to] = paths;
@@ -133,6 +168,7 @@ private:
         if (::mkdir(to.c_str(), 0700) != 0) {
             return errno;
         }
+        copy_creation_date(from, to);
         folders_.push_back({to, status});
         for (const std::string& name : names) {
             waiting_.emplace_back(join_path(from, name), join_path(to, name));
@@ -147,12 +183,6 @@ private:
 bool is_inside(const std::string& path, const std::string& folder) {
     const std::string start = join_path(folder, "");
     return path.compare(0, start.size(), start) == 0;
-}
-
-int remove_tree(const std::string& path) {
-    std::error_code error;
-    std::filesystem::remove_all(path, error);
-    return error.value();
 }
 
 }  // namespace
@@ -170,7 +200,7 @@ int list_folder(const std::string& path, std::vector<std::string>& names) {
     }
     errno = 0;
     while (const dirent* const entry = ::readdir(folder.get())) {
-        if (!is_special(entry->d_name)) {
+        if (!is_special_name(entry->d_name)) {
             names.emplace_back(entry->d_name);
         }
         errno = 0;
@@ -214,11 +244,16 @@ int copy_object(const std::string& from, const std::string& to) {
         return errno;
     }
     const std::string copy = join_path(making, "copy");
-    int code = TREE_COPY().copy(from, copy);
+    TREE_COPY tree;
+    int code = tree.copy(from, copy);
     if (code == 0) {
         code = rename_without_replacing(copy, to);
     }
-    remove_tree(making);
+    if (code == 0) {
+        ::rmdir(making.c_str());
+        return tree.finish(to);
+    }
+    tree.remove(making);
     return code;
 }
 

@@ -14,9 +14,10 @@ int list_folder(const std::string& path, std::vector<std::string>& names);
 // Renames within a volume. What stands at `to` is never replaced: that is EEXIST.
 int rename_without_replacing(const std::string& from, const std::string& to);
 
-// Copies a file, a link or a whole folder, with rights and dates. The copy is made under another
-// name in the same folder and appears at `to` when it is complete; what stands there is never
-// replaced. Devices, pipes and sockets are refused, and so is copying a folder into itself.
+// Copies a file, a link or a whole folder, with rights and dates, a creation date that was set
+// among them. The copy is made under another name in the same folder and appears at `to` when it is
+// complete; what stands there is never replaced. Devices, pipes and sockets are refused, and so is
+// copying a folder into itself.
 int copy_object(const std::string& from, const std::string& to);
 
 // As rename_without_replacing; to another volume by copying and removing.

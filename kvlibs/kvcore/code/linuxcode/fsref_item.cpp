@@ -17,10 +17,10 @@ namespace {
 
 // 2, and the two that STREAM knows: close in the end, exclusive.
 constexpr std::uint32_t STREAM_FLAGS = 2 | STREAM::CLOSE_ON_DESTRUCTION | STREAM::EXCLUSIVE;
-constexpr const char* CREATION_ATTRIBUTE = "user.kvcore.created";
 constexpr mode_t WRITE_RIGHTS = S_IWUSR | S_IWGRP | S_IWOTH;
 
-// The top folder of a volume. `path` is its own, with all links followed.
+// The top folder of a volume. Path and status are the object's own, those of an alias not followed:
+// it stands on its own volume wherever it leads.
 bool is_top_of_volume(const std::string& path, const struct stat& status) {
     struct stat above;
     return S_ISDIR(status.st_mode) &&
@@ -136,7 +136,7 @@ FILE_NAME FSREF_ITEM::get_name() const {
     if (!query(path, status)) {
         return FILE_NAME();
     }
-    if (is_top_of_volume(path, status)) {
+    if (S_ISDIR(status.st_mode) && is_volume()) {
         return FILE_NAME(get_machine_name());
     }
     const STRING text = from_file_text(get_last_component(path));
@@ -150,7 +150,7 @@ FILE_TYPE FSREF_ITEM::get_type() const {
     if (!query(path, status)) {
         return FILE_TYPE_NONE;
     }
-    if (is_top_of_volume(path, status)) {
+    if (S_ISDIR(status.st_mode) && is_volume()) {
         return FILE_TYPE_CONTAINER;
     }
     const STRING text = from_file_text(get_last_component(path));

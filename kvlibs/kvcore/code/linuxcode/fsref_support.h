@@ -8,6 +8,9 @@
 
 namespace KVCORE {
 
+// Holds the creation date that was set on a file, as a decimal number of DATE's seconds.
+inline constexpr const char* CREATION_ATTRIBUTE = "user.kvcore.created";
+
 // The result of an errno value; a failure is logged.
 RESULT check_file_code(int code);
 

@@ -100,9 +100,14 @@ int reserve_name(const std::string& info, const std::string& note, std::string& 
             return errno;
         }
         std::int64_t done = 0;
-        const int code = file.write(reinterpret_cast<const unsigned char*>(note.data()),
-                                    static_cast<std::int64_t>(note.size()), done);
-        file.close();
+        const auto size = static_cast<std::int64_t>(note.size());
+        int code = file.write(reinterpret_cast<const unsigned char*>(note.data()), size, done);
+        code = code == 0 && done < size ? EIO : code;
+        const int closed = file.close();
+        code = code == 0 ? closed : code;
+        if (code != 0) {
+            ::unlink(path.c_str());
+        }
         return code;
     }
     return EEXIST;

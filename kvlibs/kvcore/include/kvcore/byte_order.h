@@ -25,16 +25,9 @@ constexpr std::uint64_t swap_bytes(std::uint64_t v) {
 // Reads a little-endian number from `bytes`, which must hold its width.
 std::uint16_t load_le16(const void* bytes);
 std::uint32_t load_le32(const void* bytes);
-std::uint64_t load_le64(const void* bytes);
-
-// Reads a big-endian number from `bytes`, which must hold its width.
-std::uint16_t load_be16(const void* bytes);
-std::uint32_t load_be32(const void* bytes);
 
 // Writes a number to `bytes` in little-endian order.
-void store_le16(void* bytes, std::uint16_t value);
 void store_le32(void* bytes, std::uint32_t value);
-void store_le64(void* bytes, std::uint64_t value);
 
 }  // namespace KVCORE
 

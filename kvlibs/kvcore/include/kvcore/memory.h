@@ -8,6 +8,12 @@
 
 namespace KVCORE {
 
+class LOG_CHANNEL;
+
+// For what is to be told of the core allocator. Disabled, and silent in this build: an allocation
+// that fails for good speaks through the debugger, which needs no memory.
+extern LOG_CHANNEL MEMORY_CHANNEL;
+
 // Whoever can give memory back when the process runs out of it.
 class MEMORY_HANDLER {
 public:

@@ -22,7 +22,7 @@ public:
 
     // 32 random bits.
     std::uint32_t random();
-    // From 0 to n - 1; for a negative n from n to -1.
+    // From 0 to n - 1; for a negative n from n to 0.
     std::int32_t random(std::int32_t n);
 
     // Words 0 to 623 of the state. Beyond them get_state yields 0 and set_state does nothing.

@@ -12,6 +12,11 @@
 
 namespace KVCORE {
 
+class LOG_CHANNEL;
+
+// For the pools' reports. Disabled, and silent in this build.
+extern LOG_CHANNEL POOL_REPORT_CHANNEL;
+
 // Gives out slots of one size, cut from blocks of many. The chain of free slots lives inside the
 // free slots, so giving out and taking back are a few instructions. Blocks are made on first use.
 // No lock: a pool belongs to one thread. Slots that are still out when the pool resets or ends are

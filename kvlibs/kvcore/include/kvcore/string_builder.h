@@ -67,6 +67,8 @@ public:
     }
 
 private:
+    // The length with `count` more units, as far as a string can hold them.
+    std::int32_t get_length_with(std::int64_t count) const noexcept;
     void check_additional_capacity(std::int64_t count);
     bool has_own_room(std::int32_t count) const noexcept;
     void make_own();

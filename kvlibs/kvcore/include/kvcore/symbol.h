@@ -46,8 +46,9 @@ public:
     static SYMBOL_MANAGER& get_instance();
 };
 
-// A name. Two symbols of one manager are equal exactly when their texts are. It lives as long as
-// its manager; copying it copies a pointer.
+// A name. Two symbols of one manager are equal exactly when their texts are, save that a borrowed
+// text with bytes above 127 is another name than the same text in a buffer: their hashes differ. It
+// lives as long as its manager; copying it copies a pointer.
 class SYMBOL {
 public:
     // The empty name of the global table.

@@ -260,13 +260,14 @@ public:
     template <TEXT_UNIT C>
     static std::int32_t find_nth_char(const C* text, std::int32_t length, char16_t unit,
                                       std::int32_t nth, std::int32_t start = 0) noexcept {
-        return find_if(text, length, start, [&](char16_t u) { return u == unit && --nth == 0; });
+        return find_if(text, length, start,
+                       [&](char16_t u) { return u == unit && nth > 0 && --nth == 0; });
     }
     template <TEXT_UNIT C>
     static std::int32_t find_nth_char_reverse(const C* text, std::int32_t length, char16_t unit,
                                               std::int32_t nth, std::int32_t start = -1) noexcept {
         return find_reverse_if(text, length, start,
-                               [&](char16_t u) { return u == unit && --nth == 0; });
+                               [&](char16_t u) { return u == unit && nth > 0 && --nth == 0; });
     }
 
     // The first unit that is none of `chars`.
