@@ -38,13 +38,15 @@ VECTOR3_BASE<T> LINE_BASE<T>::get_closest_point(const LINE_BASE& line) const {
     const VECTOR other_direction = other_along / other_length;
     const VECTOR between = points_[0] - line.points_[0];
     const T cosine = direction.dot(other_direction);
-    const T ahead = direction.dot(between);
     const T other_ahead = other_direction.dot(between);
-    // The square of the sine between the two; as a cross product it has no cancellation.
-    const T sine_sq = direction.cross(other_direction).magnitude_sq();
+    // Of the angle between the two. As a cross product it has no cancellation, and neither has the
+    // unit vector across the other segment, so that long segments may be nearly parallel.
+    const VECTOR cross = direction.cross(other_direction);
+    const T sine = cross.magnitude();
     T s{};
-    if (sine_sq > SCALAR<T>::SMALL) {
-        s = get_clamped((cosine * other_ahead - ahead) / sine_sq, T(0), length);
+    if (sine > SCALAR<T>::SMALL) {
+        const VECTOR across = other_direction.cross(cross / sine);
+        s = get_clamped(-across.dot(between) / sine, T(0), length);
     }
     const T t = get_clamped(cosine * s + other_ahead, T(0), other_length);
     return get_closest_point(line.points_[0] + other_direction * t);

@@ -191,6 +191,9 @@ MATRIX_BASE<T> get_frame(const VECTOR3_BASE<T>& position, const VECTOR3_BASE<T>&
         right = VECTOR::XAXIS.cross(ahead);
     }
     right = right.normal();
+    // With an up nearly along forward, right was short, and what rounding put into it along forward
+    // has grown with it.
+    right = (right - ahead * right.dot(ahead)).normal();
     return {right, ahead.cross(right), ahead, position};
 }
 

@@ -88,7 +88,13 @@ void QUAT_BASE<T>::get_euler(T& yaw, T& pitch, T& roll) const {
         return;
     }
     yaw = get_arc_tan2(m.get_at(2, 0), m.get_at(2, 2));
-    roll = get_arc_tan2(m.get_at(0, 1), m.get_at(1, 1));
+    // The roll that goes with this yaw: near straight up or down the yaw is rough, as the elements
+    // that tell it are small, and the roll has to make up for it.
+    T sine{};
+    T cosine{};
+    sin_cos(yaw, &sine, &cosine);
+    roll = get_arc_tan2(m.get_at(1, 2) * sine - m.get_at(1, 0) * cosine,
+                        m.get_at(0, 0) * cosine - m.get_at(0, 2) * sine);
 }
 
 namespace {

@@ -142,6 +142,13 @@ TYPED_TEST(geometry, the_closest_points_of_segments) {
         const VECTOR3_BASE<T> back = other.get_closest_point(line);
         EXPECT_NEAR(distance(back, line.get_closest_point(back)), found, 1e-4);
     }
+    // Long segments that cross at a small angle, where one end is far from the crossing.
+    for (const double offset : {0.001, 0.02, 0.045, 0.2, 1.0, 5.0}) {
+        const LINE one(vec<T>(-60, 1, 3), vec<T>(40, 1, 3));
+        const LINE crossing(vec<T>(-50, 1, 3 - offset), vec<T>(50, 1, 3 + offset));
+        const VECTOR3_BASE<T> found = one.get_closest_point(crossing);
+        EXPECT_LT(distance(found, crossing.get_closest_point(found)), 5e-5) << offset;
+    }
     const LINE point_like(vec<T>(1, 1, 1), vec<T>(1, 1, 1));
     const LINE line(vec<T>(0, 0, 0), vec<T>(4, 0, 0));
     EXPECT_EQ(point_like.get_closest_point(vec<T>(5, 5, 5)), vec<T>(1, 1, 1));

@@ -295,15 +295,19 @@ TYPED_TEST(linear_algebra, rotations_by_angles) {
 
 TYPED_TEST(linear_algebra, looking_up_and_down_leaves_roll_to_yaw) {
     using T = TypeParam;
-    for (const double pitch : {1.5707963, -1.5707963}) {
-        QUAT_BASE<T> q;
-        q.set(T(0.7), T(pitch), T(0.4));
-        T yaw{}, pitch2{}, roll{};
-        q.get_euler(yaw, pitch2, roll);
-        QUAT_BASE<T> again;
-        again.set(yaw, pitch2, roll);
-        // The same turn of each axis, to what is left of the angles there.
-        EXPECT_TRUE(MATRIX_BASE<T>(again).equal(MATRIX_BASE<T>(q), T(1e-3)));
+    RANDOM random(11);
+    for (const double off : {0.0, 1.5e-6, 1e-5, 1e-4, 1e-2}) {
+        for (int i = 0; i < 50; ++i) {
+            const double pitch = i % 2 == 0 ? 1.57079633 - off : off - 1.57079633;
+            QUAT_BASE<T> q;
+            q.set(T(random.get(-3, 3)), T(pitch), T(random.get(-3, 3)));
+            T yaw{}, pitch2{}, roll{};
+            q.get_euler(yaw, pitch2, roll);
+            QUAT_BASE<T> again;
+            again.set(yaw, pitch2, roll);
+            // Near there yaw and roll are rough, but together they are the same turn.
+            EXPECT_TRUE(MATRIX_BASE<T>(again).equal(MATRIX_BASE<T>(q), T(5e-6))) << off;
+        }
     }
 }
 
@@ -401,6 +405,7 @@ TYPED_TEST(linear_algebra, looking_makes_a_left_handed_frame) {
     const auto expect_frame = [](const MATRIX_BASE<T>& m, const VECTOR& forward) {
         EXPECT_TRUE(near(m.get_forward(), forward, 1e-6));
         EXPECT_TRUE(near(m.get_up().cross(m.get_forward()), m.get_right(), 2e-6));
+        EXPECT_NEAR(real(m.get_right().dot(m.get_forward())), 0.0, 1e-6);
         EXPECT_NEAR(real(m.determinant()), 1.0, 3e-6);
         EXPECT_EQ(m.get_column(3), BASEVECTOR4<T>(T(0), T(0), T(0), T(1)));
     };
@@ -423,6 +428,14 @@ TYPED_TEST(linear_algebra, looking_makes_a_left_handed_frame) {
         MATRIX_BASE<T> about_view;
         about_view.set_rotation(forward, roll, false);
         EXPECT_TRUE(near(about_view.transform_normal(level.get_right()), rolled.get_right(), 5e-6));
+    }
+    // An up nearly along forward still gives axes at right angles.
+    for (const double off : {1.5e-6, 1e-5, 1e-4, 1e-2}) {
+        for (int i = 0; i < 50; ++i) {
+            const VECTOR forward = random.get_direction<T>();
+            expect_frame(MATRIX_BASE<T>::look_dir(forward, forward + random.get_vector<T>(off)),
+                         forward);
+        }
     }
     // Straight down and nowhere.
     expect_frame(MATRIX_BASE<T>::look_dir(-VECTOR::YAXIS, VECTOR(VECTOR::YAXIS)), -VECTOR::YAXIS);

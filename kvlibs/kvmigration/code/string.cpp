@@ -96,10 +96,9 @@ std::int32_t STRING::get_value() const {
 }
 
 float STRING::get_real_value() const {
-    const double value = read_real(skip_to_digit(*this), data() + size());
-    return value > static_cast<double>(std::numeric_limits<float>::max())
-               ? std::numeric_limits<float>::infinity()
-               : static_cast<float>(value);
+    // The nearest float, which far beyond their range is infinity.
+    static_assert(std::numeric_limits<float>::is_iec559);
+    return static_cast<float>(read_real(skip_to_digit(*this), data() + size()));
 }
 
 bool STRING::load(const char* path) {

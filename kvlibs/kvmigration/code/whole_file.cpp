@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -102,14 +103,20 @@ bool read_whole_file(const char* path, std::string& bytes) {
     if (descriptor < 0) {
         return false;
     }
+    const auto claimed = static_cast<std::size_t>(status.st_size);
+    if (claimed > SIZE_LIMIT) {
+        ::close(descriptor);
+        return false;
+    }
     std::string read_bytes;
     std::size_t size = 0;
     ssize_t done = 1;
     while (done != 0 && size <= SIZE_LIMIT) {
-        const auto left = static_cast<std::size_t>(status.st_size) - size;
-        const bool known = static_cast<std::size_t>(status.st_size) > size && left < READ_STEP;
-        // One byte beyond the end that is expected shows whether it is the end.
-        read_bytes.resize(size + (known ? left + 1 : READ_STEP));
+        // One byte beyond the end that is expected shows whether it is the end. Beyond that, the
+        // file has grown or its system tells no size.
+        const std::size_t step =
+            size <= claimed ? std::min(claimed - size + 1, READ_STEP) : READ_STEP;
+        read_bytes.resize(size + step);
         done = ::read(descriptor, read_bytes.data() + size, read_bytes.size() - size);
         if (done < 0) {
             if (errno == EINTR) {

@@ -15,8 +15,8 @@ std::FILE* open_existing_file(const char* path, const char* mode);
 std::FILE* open_new_file(const char* path);
 
 // Reads all bytes of a file. Memory grows with the bytes that arrive, whatever size the file
-// claims. False, with `bytes` as they were, if the file can't be opened or read, or if it holds
-// more than 2^31 - 2 bytes.
+// claims; one that claims too much isn't read at all. False, with `bytes` as they were, if the file
+// can't be opened or read, or if it holds more than 2^31 - 2 bytes.
 bool read_whole_file(const char* path, std::string& bytes);
 // Writes a file beside the path and moves it into place. False, with the old file untouched, if
 // anything fails.

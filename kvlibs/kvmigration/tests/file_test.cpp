@@ -49,6 +49,7 @@ TEST_F(Files, LoadAndSaveWhole) {
     STRING loaded;
     EXPECT_TRUE(loaded.load(path("a.txt").c_str()));
     EXPECT_EQ(bytes + STRING("\0", 1), loaded) << "a zero behind the bytes";
+    EXPECT_LT(loaded.capacity(), 100u) << "a small file takes little memory";
     EXPECT_TRUE(STRING().write(path("empty")));
     EXPECT_TRUE(loaded.load(path("empty").c_str()));
     EXPECT_EQ(1u, loaded.size());
@@ -59,6 +60,12 @@ TEST_F(Files, LoadAndSaveWhole) {
     const STRING large(std::string(3000001, 'x'));
     EXPECT_TRUE(large.write(path("large")));
     EXPECT_TRUE(loaded.load(path("large").c_str()));
+    EXPECT_EQ(large.size() + 1, loaded.size());
+
+    // Too large for 32-bit indexes with the zero behind.
+    write("huge", "");
+    fs::resize_file(folder / "huge", std::numeric_limits<std::int32_t>::max());
+    EXPECT_FALSE(loaded.load(path("huge").c_str()));
     EXPECT_EQ(large.size() + 1, loaded.size());
 
     std::uint32_t size = 7;

@@ -68,6 +68,7 @@ TEST(Text, ReadsNumbersFromTheFirstDigit) {
         {"1e", 1, 1.0f},
         {"99999999999", std::numeric_limits<std::int32_t>::max(), 99999999999.0f},
         {"1e39", 1, std::numeric_limits<float>::infinity()},
+        {"3.4028235e38", 3, std::numeric_limits<float>::max()},  // a little more, and the nearest
         {"1e999", 1, std::numeric_limits<float>::infinity()},
         {"1e-999", 1, 0.0f},
     };

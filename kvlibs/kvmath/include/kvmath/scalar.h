@@ -79,12 +79,6 @@ inline float get_length(float x, float y, float z = 0.0f, float w = 0.0f) {
 }
 FIXED_POINT get_length(FIXED_POINT x, FIXED_POINT y, FIXED_POINT z = 0, FIXED_POINT w = 0);
 
-// a + (b - a) t.
-template <typename T>
-constexpr T get_interpolated(const T& a, const T& b, const T& t) {
-    return a + (b - a) * t;
-}
-
 template <typename T>
 constexpr T get_clamped(const T& value, const T& lowest, const T& highest) {
     return value < lowest ? lowest : highest < value ? highest : value;
