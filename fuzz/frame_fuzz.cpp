@@ -65,6 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     receive(message, data, size);
     std::uint32_t reply_handler, reply_user, echo_handler, echo_user;
     message.unpack_header(reply_handler, reply_user, echo_handler, echo_user);
+    message.clear_echo();
     message.pack_header(0, 0, reply_handler, reply_user);
     const std::int32_t before = message.get_length();
     message.remove_trailer();

@@ -51,6 +51,13 @@ TEST_F(FrameworksTest, ThreadStackSizeKeepsToItsRange) {
         application.read_from_config_file(nullptr);
         EXPECT_EQ(expected, application.get_thread_stack_size()) << text;
     }
+    // A key that is missing leaves a good value alone.
+    configure("THREAD_STACK_SIZE\n\t2048\n");
+    TEST_APPLICATION application;
+    application.read_from_config_file(nullptr);
+    DISK_MANAGER elsewhere(FOLDER_TEMP);
+    application.read_from_config_file(&elsewhere);
+    EXPECT_EQ(2048, application.get_thread_stack_size());
 }
 
 TEST_F(FrameworksTest, ServerAddressIsReadAndWrittenBack) {
@@ -97,7 +104,8 @@ TEST_F(FrameworksTest, OutputReachesTheDebugFileWithItsHeading) {
     EXPECT_THAT(text, testing::ContainsRegex("TRACE: " + heading + "own line"));
     EXPECT_THAT(text, testing::ContainsRegex("WARNING: " + heading + "disk full"));
     EXPECT_THAT(text, testing::ContainsRegex("total physical memory = [0-9]+ kb"));
-    EXPECT_NE(std::string::npos, text.find("...application shut down")) << text;
+    EXPECT_THAT(text, testing::ContainsRegex("TRACE: " + heading + "...application shut down\n$"));
+    EXPECT_EQ(std::string::npos, text.find("\n\n")) << text;
     // Without an application there is nobody to write.
     TRACE_OUTPUT::output_trace("lost");
     EXPECT_EQ(text, read(debug / "trace.txt"));

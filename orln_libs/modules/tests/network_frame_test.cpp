@@ -337,4 +337,26 @@ TEST_F(ReplyTest, AReplyInTheReceivedMessageReturnsThePeersTokens) {
     EXPECT_EQ(KVCORE::load_le32(&frame[18]), 0x55667788u);
 }
 
+TEST_F(ReplyTest, AnAnswerToAReplyReturnsNoTokensUnlessThePeerGaveSome) {
+    RECORD replies;
+    NETWORK_MESSAGE question;
+    fill(question, 1200, 1);
+    ASSERT_TRUE(manager.send(connection, question, &RECORD::message, &replies));
+    manager.monitor_send();
+    const BYTES asked = peer->read_frame();
+    replies.on_message = [](const NETWORK_CONNECTION& from, NETWORK_MESSAGE& message) {
+        message.reset_payload();
+        EXPECT_TRUE(message << std::int16_t{1202});
+        EXPECT_TRUE(from->send_message(message));
+    };
+    peer->send(
+        make_frame(1201, 2, {0, 0, KVCORE::load_le32(&asked[6]), KVCORE::load_le32(&asked[10])}));
+    ASSERT_TRUE(pump_until({&manager}, [&] { return replies.messages.size() == 1; }));
+    manager.monitor_send();
+    const BYTES frame = peer->read_frame();
+    ASSERT_EQ(get_frame_id(frame), 1202);
+    EXPECT_EQ(KVCORE::load_le32(&frame[14]), 0u);
+    EXPECT_EQ(KVCORE::load_le32(&frame[18]), 0u);
+}
+
 }  // namespace

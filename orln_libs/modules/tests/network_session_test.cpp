@@ -217,6 +217,32 @@ TEST_F(SessionTest, AClosedConnectionStaysForTheGracePeriod) {
     EXPECT_EQ(kept->get_send_rate_kbps(), 0.0);
 }
 
+TEST_F(SessionTest, AClearedConnectionIsClosedAndTheOthersGoOn) {
+    NETWORK_MANAGER server(1, 1);
+    start(server, server_record);
+    RAW_PEER first(server.get_listen_port());
+    RAW_PEER second(server.get_listen_port());
+    ASSERT_TRUE(pump_until({&server}, [&] { return server.get_number_of_connections() == 2; }));
+    const NETWORK_CONNECTION cleared = server.get_connection(1);
+    NETWORK_MESSAGE message;
+    fill(message, 1300, 1);
+    ASSERT_TRUE(server.send(cleared, message));
+    cleared->clear();
+    EXPECT_TRUE(second.is_closed());
+    // Two messages in one piece: the second one waits in the connection.
+    BYTES burst = make_frame(1200, 1);
+    const BYTES more = make_frame(1200, 2);
+    burst.insert(burst.end(), more.begin(), more.end());
+    first.send(burst);
+    ASSERT_TRUE(pump_until({&server}, [&] { return server_record.messages.size() == 2; }));
+    TEST_CLOCK::advance(1);
+    settle(server);
+    EXPECT_FALSE(server.is_send_waiting());
+    ASSERT_EQ(server_record.disconnects.size(), 1u);
+    EXPECT_EQ(server_record.disconnects[0].first, cleared);
+    EXPECT_EQ(server.get_number_of_connections(), 1);
+}
+
 TEST_F(SessionTest, AFailedConnectIsReported) {
     NETWORK_MANAGER server(1, 1);
     start(server, server_record);

@@ -277,6 +277,29 @@ TEST_F(ThreadPoolTest, ExitDestroysWhatWaits) {
     EXPECT_EQ(ran, 1);
 }
 
+TEST_F(ThreadPoolTest, WhatIsSubmittedDuringTheExitEndsAsWell) {
+    SYNC_EVENT started;
+    submit(
+        [&](TEST_REQUEST& request) {
+            started.set();
+            while (!request.is_exiting_thread()) {
+                request.sleep();
+            }
+            const auto wait_for_exit = [](TEST_REQUEST& other) {
+                while (!other.is_exiting_thread()) {
+                    other.sleep();
+                }
+            };
+            submit(wait_for_exit, 1, 1);
+            submit(wait_for_exit, 3, 3);
+        },
+        1, 1);
+    ASSERT_TRUE(started.await(LONG));
+    THREAD_POOL::exit_threads();
+    EXPECT_EQ(THREAD_POOL::get_number_of_threads(), 0);
+    EXPECT_EQ(TEST_REQUEST::alive, 0);
+}
+
 TEST_F(ThreadPoolTest, ExitReleasesConditions) {
     THREAD_CONDITION condition;
     auto gone = std::make_unique<THREAD_CONDITION>();

@@ -99,6 +99,12 @@ void NETWORK_MESSAGE::pack_header(std::uint32_t reply_handler, std::uint32_t rep
     }
 }
 
+void NETWORK_MESSAGE::clear_echo() {
+    if (length >= HEADER) {
+        std::memset(buffer + ECHO_HANDLER, 0, static_cast<std::size_t>(HEADER - ECHO_HANDLER));
+    }
+}
+
 void NETWORK_MESSAGE::unpack_header(std::uint32_t& reply_handler, std::uint32_t& reply_user,
                                     std::uint32_t& echo_handler, std::uint32_t& echo_user) {
     if (length < HEADER) {

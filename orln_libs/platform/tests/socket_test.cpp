@@ -1,13 +1,16 @@
 // What TCPIP_SOCKET and SOCKET_POLLER promise to their owners, over the loopback.
 #include <arpa/inet.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -24,6 +27,33 @@ namespace {
 using namespace KV_SOCKET;
 
 constexpr char LOOPBACK[] = "127.0.0.1";
+
+// Names that the look-up below answers itself: with the loopback, or not before it is let go.
+constexpr char GOOD_NAME[] = "answers.test";
+constexpr char HANGING_NAME[] = "hangs.test";
+std::atomic<bool> hang{false};
+std::atomic<int> hanging{0};
+
+}  // namespace
+
+// Stands before the system's look-up, so that no name server is asked.
+extern "C" int getaddrinfo(const char* name, const char* service, const ::addrinfo* hints,
+                           ::addrinfo** found) {
+    if (std::strcmp(name, HANGING_NAME) == 0) {
+        ++hanging;
+        while (hang) {
+            ::usleep(1000);
+        }
+        --hanging;
+        return EAI_AGAIN;
+    }
+    static const auto system_look_up =
+        reinterpret_cast<decltype(&::getaddrinfo)>(::dlsym(RTLD_NEXT, "getaddrinfo"));
+    const bool good = std::strcmp(name, GOOD_NAME) == 0;
+    return system_look_up(good ? LOOPBACK : name, service, hints, found);
+}
+
+namespace {
 
 // A listener and one connection through it.
 struct PAIR {
@@ -114,6 +144,55 @@ TEST(TcpipSocket, ConnectGivesUpWhenNobodyAnswers) {
               SOCKET_TIMEOUT);
     EXPECT_EQ(asked, 3);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
+
+TEST(TcpipSocket, ALookUpThatHangsIsLeftBehind) {
+    using CLOCK = std::chrono::steady_clock;
+    TCPIP_SOCKET listener;
+    listener.set_bind_address(htonl(INADDR_LOOPBACK));
+    ASSERT_EQ(listener.listen(0), SOCKET_OK);
+    const std::uint16_t port = listener.get_local_port();
+    hang = true;
+    auto begin = CLOCK::now();
+    {
+        TCPIP_SOCKET socket;
+        int asked = 0;
+        EXPECT_EQ(socket.connect(HANGING_NAME, port, 60, [&asked] { return ++asked < 3; }),
+                  SOCKET_TIMEOUT);
+        EXPECT_EQ(asked, 3);
+        EXPECT_FALSE(socket.is_connected());
+        EXPECT_LT(CLOCK::now() - begin, std::chrono::seconds(10));
+
+        // The time-out holds for the look-up as well.
+        begin = CLOCK::now();
+        EXPECT_EQ(socket.connect(HANGING_NAME, port, 1), SOCKET_TIMEOUT);
+        EXPECT_GE(CLOCK::now() - begin, std::chrono::seconds(1));
+        EXPECT_LT(CLOCK::now() - begin, std::chrono::seconds(10));
+
+        // Nor does it stand in the way of another one.
+        EXPECT_EQ(hanging, 2);
+        EXPECT_EQ(socket.connect(GOOD_NAME, port, 10), SOCKET_OK);
+        EXPECT_STREQ(socket.get_peer_name(), GOOD_NAME);
+        EXPECT_EQ(socket.get_peer_address(), htonl(INADDR_LOOPBACK));
+    }
+    // With the socket gone they still come to their end.
+    hang = false;
+    for (int i = 0; i < 2000 && hanging != 0; ++i) {
+        ::usleep(1000);
+    }
+    EXPECT_EQ(hanging, 0);
+}
+
+TEST(TcpipSocket, ADescriptorThatWasOnlyMadeIsClosed) {
+    int descriptor;
+    {
+        TCPIP_SOCKET socket;
+        ASSERT_EQ(socket.create_socket(), SOCKET_OK);
+        descriptor = socket.get_socket_reference();
+        ASSERT_EQ(socket.create_socket(), SOCKET_OK);
+        EXPECT_EQ(socket.get_socket_reference(), descriptor);
+    }
+    EXPECT_EQ(::fcntl(descriptor, F_GETFD), -1);
 }
 
 TEST(TcpipSocket, ListenTakesOneAddressAndRefusesATakenPort) {

@@ -50,14 +50,16 @@ void trace_limit(const char* what, std::int32_t limit) {
 
 BASE_APPLICATION_FRAMEWORK::BASE_APPLICATION_FRAMEWORK()
     : config(true, FOLDER_APPDATA, true), thread_stack_size(0), debug_stream("main", 513) {
+    THREADING_ATTACH();
     config.set_filename("app.cfg", true);
     TRACE_OUTPUT::set_sink(this);
     trace_machine();
 }
 
 BASE_APPLICATION_FRAMEWORK::~BASE_APPLICATION_FRAMEWORK() {
-    write_locked("...application shut down\n");
+    output_trace("...application shut down");
     TRACE_OUTPUT::set_sink(nullptr);
+    THREADING_DETACH();
 }
 
 void BASE_APPLICATION_FRAMEWORK::trace_machine() {
@@ -74,7 +76,7 @@ void BASE_APPLICATION_FRAMEWORK::trace_machine() {
 }
 
 void BASE_APPLICATION_FRAMEWORK::read_from_config_file(DISK_MANAGER* disk) {
-    std::uint32_t value = 0;
+    auto value = static_cast<std::uint32_t>(thread_stack_size);
     config.read(disk ? *disk : config.get_base_path(), "THREAD_STACK_SIZE", value);
     thread_stack_size = static_cast<std::int32_t>(value);
     if (thread_stack_size < MIN_THREAD_STACK_SIZE || thread_stack_size > MAX_THREAD_STACK_SIZE) {

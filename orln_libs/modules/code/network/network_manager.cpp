@@ -282,9 +282,8 @@ void NETWORK_MANAGER::add_socket_to_dead_queue(const NETWORK_CONNECTION& connect
     connection->dead.store(true, std::memory_order_release);
     dead_sockets.add(connection);
     if (is_pump_thread()) {
-        connection->socket->close();
-        connection->release_buffers();
-    } else {
+        connection->close();
+    } else if (connection->socket) {
         // The pump may be inside this socket: it gives up the descriptor itself.
         foreign_closes.store(true);
         connection->socket->shut_down();
@@ -294,9 +293,8 @@ void NETWORK_MANAGER::add_socket_to_dead_queue(const NETWORK_CONNECTION& connect
 void NETWORK_MANAGER::close_foreign_sockets() {
     const MUTEX_LOCKER guard(dead_lock);
     for (const NETWORK_CONNECTION& connection : dead_sockets) {
-        if (connection->socket->is_connected()) {
-            connection->socket->close();
-            connection->release_buffers();
+        if (connection->socket && connection->socket->is_connected()) {
+            connection->close();
         }
     }
 }

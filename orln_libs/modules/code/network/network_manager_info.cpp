@@ -77,10 +77,17 @@ void NETWORK_MANAGER_INFO::clear() {
     std::fill(std::begin(private_key), std::end(private_key), 0);
     std::fill(std::begin(shared_key), std::end(shared_key), 0u);
     prime = 0;
-    poll_key = 0;
-    poll_interest = 0;
     blocked_pass = 0;
-    send_blocked = partly_sent = stream_wants_data = stream_noted = marked = false;
+    send_blocked = partly_sent = stream_wants_data = false;
+    // By the other fields a manager keeps its lists.
+}
+
+// Once the manager has taken it from its list, on the pump thread.
+void NETWORK_MANAGER_INFO::close() {
+    if (socket) {
+        socket->close();
+    }
+    release_buffers();
 }
 
 // Hands out bytes that came with an earlier read.

@@ -185,7 +185,9 @@ bool NETWORK_MANAGER::handle_message(const NETWORK_CONNECTION& connection) {
     std::uint32_t echo_handler = 0;
     std::uint32_t echo_user = 0;
     message.unpack_header(reply_handler, reply_user, echo_handler, echo_user);
-    // A reply that is built in this message returns the peer's tokens.
+    // A reply that is built in this message returns the peer's tokens, or none: tokens of this side
+    // that came back with the message aren't the peer's.
+    message.clear_echo();
     message.pack_header(0, 0, reply_handler, reply_user);
     message.set_pos(0, false);
 

@@ -180,7 +180,7 @@ SEND_REQUEST* NETWORK_MANAGER::send_requests(SEND_QUEUE& queue, SEND_REQUEST* fi
                                              unsigned char& unfinished) {
     const NETWORK_CONNECTION connection = first->connection;
     NETWORK_MANAGER_INFO& info = *connection;
-    if (info.is_dead()) {
+    if (info.is_dead() || !info.socket) {
         return queue.remove(first);
     }
     if (info.blocked_pass == send_pass) {

@@ -276,10 +276,14 @@ void THREAD_POOL::end_all_threads() {
             condition->set();
         }
     }
-    while (!queues_.empty()) {
-        retire(queues_.end() - 1);
-    }
-    while (thread_count_ > 0) {
+    for (;;) {
+        // In each turn: a thread that is still at work may submit, and so make new ones.
+        while (!queues_.empty()) {
+            retire(queues_.end() - 1);
+        }
+        if (thread_count_ == 0) {
+            break;
+        }
         lock_.unlock();
         KVCORE::LOG_MANAGER::process_queue();
         orln_sleep(1);

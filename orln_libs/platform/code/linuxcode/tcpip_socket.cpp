@@ -4,7 +4,6 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/sendfile.h>
 #include <sys/socket.h>
@@ -12,10 +11,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstring>
+
+#include "connect_wait.h"
 
 namespace KV_SOCKET {
 
@@ -23,29 +23,9 @@ namespace {
 
 constexpr std::size_t HOST_NAME_SIZE = 100;
 constexpr int LINGER_SECONDS = 10;
-// Between two questions whether to go on waiting for a connection.
-constexpr int ASK_MS = 100;
 
 bool set_flag(int descriptor, int option, int value) {
     return ::setsockopt(descriptor, SOL_SOCKET, option, &value, sizeof value) == 0;
-}
-
-// Waits until the descriptor can be written. Yields poll's result: above 0 when it can, 0 when the
-// time is over or `go_on` says no, below 0 on an error.
-int wait_writable(int descriptor, std::int32_t timeout_seconds,
-                  const std::function<bool()>& go_on) {
-    using CLOCK = std::chrono::steady_clock;
-    const auto end = CLOCK::now() + std::chrono::seconds(timeout_seconds);
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - CLOCK::now()).count();
-        ::pollfd item{descriptor, POLLOUT, 0};
-        const int result = ::poll(
-            &item, 1, static_cast<int>(std::clamp<long long>(left, 0, go_on ? ASK_MS : INT_MAX)));
-        const bool over = left <= 0 || (go_on && !go_on());
-        if (result > 0 || (result == 0 && over) || (result < 0 && errno != EINTR)) {
-            return result;
-        }
-    }
 }
 
 // sendfile has no flag against SIGPIPE, so the signal is held back on this thread meanwhile.
@@ -85,9 +65,11 @@ private:
 
 TCPIP_SOCKET::~TCPIP_SOCKET() {
     close();
+    give_up_descriptor();
 }
 
 std::int32_t TCPIP_SOCKET::create_socket() {
+    give_up_descriptor();
     descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (descriptor < 0) {
         return SOCKET_ERROR;
@@ -181,9 +163,12 @@ std::int32_t TCPIP_SOCKET::connect(const char* host, std::uint16_t port,
                                    std::int32_t timeout_seconds,
                                    const std::function<bool()>& go_on) {
     close();
+    const CONNECT_LIMIT limit(timeout_seconds, go_on);
     std::uint32_t address = 0;
-    if (get_host_addr(address, host) != SOCKET_OK) {
-        return SOCKET_HOST_NOT_FOUND;
+    const std::int32_t found =
+        timeout_seconds > 0 ? look_up_host(address, host, limit) : get_host_addr(address, host);
+    if (found != SOCKET_OK) {
+        return found;
     }
     if (create_socket() != SOCKET_OK) {
         return SOCKET_ERROR;
@@ -206,7 +191,7 @@ std::int32_t TCPIP_SOCKET::connect(const char* host, std::uint16_t port,
         if (errno != EINPROGRESS && errno != EINTR) {
             return fail(SOCKET_ERROR);
         }
-        const std::int32_t result = finish_connect(timeout_seconds, go_on);
+        const std::int32_t result = finish_connect(limit);
         if (result != SOCKET_OK) {
             return fail(result);
         }
@@ -223,9 +208,8 @@ std::int32_t TCPIP_SOCKET::connect(const char* host, std::uint16_t port,
     return SOCKET_OK;
 }
 
-std::int32_t TCPIP_SOCKET::finish_connect(std::int32_t timeout_seconds,
-                                          const std::function<bool()>& go_on) {
-    const int ready = wait_writable(descriptor, timeout_seconds, go_on);
+std::int32_t TCPIP_SOCKET::finish_connect(const CONNECT_LIMIT& limit) {
+    const int ready = wait_writable(descriptor, limit);
     if (ready < 0) {
         return SOCKET_ERROR;
     }
@@ -238,11 +222,17 @@ std::int32_t TCPIP_SOCKET::finish_connect(std::int32_t timeout_seconds,
     return read && error == 0 ? SOCKET_OK : SOCKET_ERROR;
 }
 
-// Gives up a descriptor that isn't in use yet.
+void TCPIP_SOCKET::give_up_descriptor() {
+    if (descriptor >= 0 && !is_connected()) {
+        ::close(descriptor);
+        descriptor = -1;
+    }
+}
+
+// The failure of a socket that isn't in use yet.
 std::int32_t TCPIP_SOCKET::fail(std::int32_t result) {
     const int error = errno;
-    ::close(descriptor);
-    descriptor = -1;
+    give_up_descriptor();
     errno = error;
     return result;
 }

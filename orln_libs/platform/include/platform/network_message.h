@@ -49,6 +49,8 @@ public:
     // the first write zeroes the header.
     virtual void pack_header(std::uint32_t reply_handler, std::uint32_t reply_user,
                              std::uint32_t echo_handler, std::uint32_t echo_user);
+    // Zeroes both echo tokens of a message that has a header.
+    void clear_echo();
     // Takes the device's byte_order from the header and gives the four tokens. A message shorter
     // than a header changes nothing and gives zeros. The position stays.
     virtual void unpack_header(std::uint32_t& reply_handler, std::uint32_t& reply_user,

@@ -26,7 +26,7 @@ enum SOCKET_RESULT : std::int32_t {
     SOCKET_ERROR = 2,           // socket, option, wait or pending connection failed
     SOCKET_HOST_NOT_FOUND = 3,  // host name not resolved
     SOCKET_NO_HOST_NAME = 4,    // this machine's name can't be read
-    SOCKET_TIMEOUT = 5,         // no connection within the time-out
+    SOCKET_TIMEOUT = 5,         // no address, or no connection, within the time-out
     SOCKET_LISTEN_FAILED = 6,
     SOCKET_BIND_FAILED = 9,
 };
@@ -39,6 +39,8 @@ enum SOCKET_OPTION : std::int32_t {
     OPTION_DEBUG = 8,   // wants a privilege; a refusal for lack of it is ignored
 };
 
+class CONNECT_LIMIT;
+
 class TCPIP_SOCKET {
 public:
     TCPIP_SOCKET() = default;
@@ -46,11 +48,11 @@ public:
     TCPIP_SOCKET(const TCPIP_SOCKET&) = delete;
     TCPIP_SOCKET& operator=(const TCPIP_SOCKET&) = delete;
 
-    // Connects to `host` (a name or dotted numbers) at `port`, in host order. With a time-out above
-    // 0 the connection, though not the look-up of the name, takes at most that many seconds. With 0
-    // it blocks and never yields SOCKET_TIMEOUT. The object must not be connected. While a
-    // connection with a time-out isn't there yet, `go_on` is asked several times a second; once it
-    // says no, the result is SOCKET_TIMEOUT.
+    // Connects to `host` (a name or dotted numbers) at `port`, in host order; a connection that the
+    // object has is closed first. With a time-out above 0 the look-up of the name and the
+    // connection together take at most that many seconds, and while they wait `go_on` is asked
+    // several times a second; once it says no, the result is SOCKET_TIMEOUT. With 0 both block
+    // and the result is never SOCKET_TIMEOUT.
     std::int32_t connect(const char* host, std::uint16_t port, std::int32_t timeout_seconds,
                          const std::function<bool()>& go_on = nullptr);
 
@@ -92,7 +94,7 @@ public:
     // Yields SOCKET_OK or SOCKET_ERROR.
     std::int32_t apply_socket_options();
 
-    // Makes the descriptor. Yields SOCKET_OK or SOCKET_ERROR.
+    // Makes the descriptor, in place of one that isn't connected. Yields SOCKET_OK or SOCKET_ERROR.
     std::int32_t create_socket();
 
     int get_socket_reference() const { return descriptor; }
@@ -119,9 +121,9 @@ public:
     static void ip_to_str(std::uint32_t address, char* text, std::int32_t size);
 
 private:
-    std::int32_t finish_connect(std::int32_t timeout_seconds, const std::function<bool()>& go_on);
+    std::int32_t finish_connect(const CONNECT_LIMIT& limit);
     std::int32_t fail(std::int32_t result);
-    void close_descriptor();
+    void give_up_descriptor();
     std::int32_t sent_or_closed(::ssize_t result);
 
     int descriptor = -1;

@@ -21,7 +21,8 @@ public:
     BASE_APPLICATION_FRAMEWORK();
     ~BASE_APPLICATION_FRAMEWORK() override;
 
-    // "THREAD_STACK_SIZE" is valid from 1024 to 16384; anything else, or nothing, becomes 4096.
+    // "THREAD_STACK_SIZE" is valid from 1024 to 16384. Anything else becomes 4096, and so does the
+    // value at the start when the key is missing.
     void read_from_config_file(DISK_MANAGER* disk) override;
     void write_to_config_file(DISK_MANAGER* disk) override;
     // No database stands behind this system: does nothing.

@@ -68,7 +68,8 @@ public:
     void record_sent_data(std::uint32_t bytes);
     void record_received_data(std::uint32_t bytes);
 
-    // Frees the socket, the buffers and the waiting messages and resets every field.
+    // Frees the socket, the buffers and the waiting messages and resets every field, on the pump
+    // thread. A manager that has the connection closes it in its next pass.
     void clear();
 
     // True once the connection has been closed. Any thread.
@@ -106,6 +107,7 @@ private:
     };
 
     std::uint32_t take_read_ahead(void* bytes, std::uint32_t size);
+    void close();
     void release_buffers();
     void delete_pending_messages();
 
