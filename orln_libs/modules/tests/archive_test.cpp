@@ -18,6 +18,7 @@
 #include "modules/misc/gzip_tools.h"
 #include "modules/misc/tar_file.h"
 #include "modules/misc/tar_path_tools.h"
+#include "platform/data_file.h"
 
 namespace {
 
@@ -437,7 +438,18 @@ TEST_F(ARCHIVE_TEST, damaged_gzip_files_are_refused) {
     EXPECT_FALSE(ungzip_file(nullptr, "g", disk));
     EXPECT_FALSE(ungzip_file("f.gz", nullptr, disk));
     EXPECT_FALSE(ungzip_file("absent", "g", disk));
-    EXPECT_FALSE(ungzip_file("f.gz", "no/folder", disk));
+    EXPECT_FALSE(ungzip_file("f.gz", "out", disk)) << "a folder";
+}
+
+// A download is made by the disk manager, under a name of its choice.
+TEST_F(ARCHIVE_TEST, gzip_files_have_the_names_under_which_the_disk_manager_makes_them) {
+    DATA_FILE* file = disk.open_data_file("What?", FILE_WRITE, BYTEORDER_LITTLE);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->write_data_block("data", 4), 4);
+    EXPECT_TRUE(DISK_MANAGER::close(file));
+    EXPECT_TRUE(gzip_file("What?", disk));
+    EXPECT_TRUE(ungzip_file("What?.gz", "../What?.tar", disk));
+    EXPECT_EQ(folder.get(".._What_.tar"), "data");
 }
 
 TEST_F(ARCHIVE_TEST, a_full_disk_fails_every_operation) {

@@ -221,9 +221,14 @@ bool CONFIG_FILE::read_all_keys(const DISK_MANAGER& disk, bool warn) {
     }
     complete = complete && !file->has_failed();
     DISK_MANAGER::close(file);
+    if (!complete) {
+        // A list without some of its keys must not be served, nor written over the file.
+        keys.clear();
+        return false;
+    }
     keys.sort(compare_keys);
     sorted_count = keys.get_count();
-    return complete;
+    return true;
 }
 
 bool CONFIG_FILE::exists(const DISK_MANAGER& disk) {

@@ -37,6 +37,10 @@ DATA_FILE::DATA_FILE(std::FILE* file_stream, FILE_MODE file_mode, std::int32_t o
     if (!cache) {
         end_on("DATA_FILE::DATA_FILE() - unable to allocate cache");
     }
+    if (stream && mode == FILE_READ) {
+        stream_pos = std::max<std::int64_t>(::ftello(stream), 0);
+        stream_end = size_on_disk(stream);
+    }
 }
 
 DATA_FILE::~DATA_FILE() {
@@ -54,6 +58,21 @@ bool DATA_FILE::close() {
     return !failed;
 }
 
+std::int32_t DATA_FILE::read_stream(void* target, std::int32_t size) const {
+    const auto count =
+        static_cast<std::int32_t>(std::fread(target, 1, static_cast<std::size_t>(size), stream));
+    stream_pos += count;
+    return count;
+}
+
+bool DATA_FILE::seek_stream(std::int64_t target) const {
+    if (::fseeko(stream, static_cast<off_t>(target), SEEK_SET) != 0) {
+        return false;
+    }
+    stream_pos = target;
+    return true;
+}
+
 void DATA_FILE::fail_write() const {
     failed = true;
     cache_fill = 0;
@@ -65,7 +84,7 @@ bool DATA_FILE::flush_cache() const {
     }
     if (mode == FILE_READ) {
         if (cache_fill != cache_pos) {
-            ::fseeko(stream, static_cast<off_t>(cache_pos - cache_fill), SEEK_CUR);
+            seek_stream(stream_pos - (cache_fill - cache_pos));
         }
     } else if (!failed) {
         const auto count = static_cast<std::size_t>(cache_fill);
@@ -84,11 +103,11 @@ std::int64_t DATA_FILE::get_pos_64() const {
     }
     // What was read ahead is subtracted rather than given back, so that a reader who asks for the
     // position after each record keeps its cache.
-    const std::int64_t ahead = mode == FILE_READ ? cache_fill - cache_pos : 0;
-    if (mode != FILE_READ) {
-        flush_cache();
+    if (mode == FILE_READ) {
+        return std::max<std::int64_t>(stream_pos - (cache_fill - cache_pos) - header_size(), 0);
     }
-    return std::max<std::int64_t>(::ftello(stream) - ahead - header_size(), 0);
+    flush_cache();
+    return std::max<std::int64_t>(::ftello(stream) - header_size(), 0);
 }
 
 std::int32_t DATA_FILE::get_pos() const {
@@ -105,7 +124,7 @@ void DATA_FILE::set_pos_64(std::int64_t offset, bool from_end) const {
     const std::int64_t target = offset > std::numeric_limits<std::int64_t>::max() - base
                                     ? std::numeric_limits<std::int64_t>::max()
                                     : std::max(base + offset, header_size());
-    if (::fseeko(stream, static_cast<off_t>(target), SEEK_SET) != 0 && mode != FILE_READ) {
+    if (!seek_stream(target) && mode != FILE_READ) {
         fail_write();
     }
 }
@@ -128,7 +147,7 @@ std::int64_t DATA_FILE::get_bytes_left() const {
     if (!stream || mode != FILE_READ) {
         return 0;
     }
-    return std::max<std::int64_t>(get_size() - get_pos_64(), cache_fill - cache_pos);
+    return std::max<std::int64_t>(stream_end - stream_pos, 0) + (cache_fill - cache_pos);
 }
 
 std::int32_t DATA_FILE::take_from_cache(unsigned char* target, std::int32_t size) const {
@@ -155,14 +174,11 @@ std::int32_t DATA_FILE::read_data_block(void* data, std::int32_t size) const {
         // The cache is empty here.
         const std::int32_t rest = size - done;
         if (rest >= cache_size) {
-            const std::size_t count =
-                std::fread(target + done, 1, static_cast<std::size_t>(rest), stream);
-            done += static_cast<std::int32_t>(count);
+            done += read_stream(target + done, rest);
             break;
         }
         cache_pos = 0;
-        cache_fill = static_cast<std::int32_t>(
-            std::fread(cache.get(), 1, static_cast<std::size_t>(cache_size), stream));
+        cache_fill = read_stream(cache.get(), cache_size);
         if (cache_fill == 0) {
             break;
         }
@@ -185,6 +201,9 @@ std::int32_t DATA_FILE::write_data_block(const void* data, std::int32_t size) {
     }
     if (size >= cache_size - cache_fill && !flush_cache()) {
         return finish_transfer(size, 0);
+    }
+    if (size == 0) {
+        return finish_transfer(0, 0);  // `data` may be null
     }
     if (size < cache_size) {
         std::memcpy(cache.get() + cache_fill, data, static_cast<std::size_t>(size));

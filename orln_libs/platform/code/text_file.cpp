@@ -230,6 +230,7 @@ bool TEXT_FILE::operator<<(const char* text) {
     bool in_run = false;
     unsigned value = 0;
     int digits = 0;
+    int padding = 0;
     for (const char* at = text; *at; at++) {
         if (*at != RUN_MARK && !in_run) {
             if (!write_unit(static_cast<unsigned char>(*at))) {
@@ -241,6 +242,8 @@ bool TEXT_FILE::operator<<(const char* text) {
         if (digit >= 0) {
             value = value << 4 | static_cast<unsigned>(digit);
             digits++;
+        } else if (*at == ' ' && digits == 0) {
+            padding++;
         }
         // "%4X" pads values below 0x1000 with blanks, so the comma or the mark behind such a unit
         // completes it as well.
@@ -252,11 +255,15 @@ bool TEXT_FILE::operator<<(const char* text) {
             value = 0;
             digits = 0;
         }
+        if (separator) {
+            padding = 0;
+        }
         if (*at == RUN_MARK) {
             in_run = !in_run;
         }
     }
-    return true;
+    // A line that is full may end without the mark; a unit that was cut is dropped.
+    return digits == 0 || digits + padding != 4 || write_unit(value);
 }
 
 bool TEXT_FILE::printf(const char* format, ...) {

@@ -386,22 +386,35 @@ TEST_F(CONFIG_FILE_TEST, text_file_reads_and_writes_characters) {
     EXPECT_STREQ(line, "");
     DISK_MANAGER::close(file);
 
-    // A wide character that finds no room stays for the next line, and its run is whole there.
-    std::string wide = "\xFF\xFE";
-    for (int i = 0; i < 100; i++) {
-        wide += std::string("\x2D\x4E", 2);
+    // A wide character that finds no room stays for the next line, and its run is whole there. With
+    // four narrow characters in front the run fills the line to its end, without a closing mark.
+    for (const std::size_t narrow : {0, 1, 4}) {
+        for (const char* unit : {"\x2D\x4E", "\x01\x01"}) {
+            std::string wide = "\xFF\xFE";
+            for (std::size_t i = 0; i < 100 + narrow; i++) {
+                wide += i < narrow ? std::string("a\0", 2) : std::string(unit, 2);
+            }
+            folder.put("text", wide);
+            file = disk.open_text_file("text", FILE_READ);
+            ASSERT_NE(file, nullptr);
+            TEXT_FILE* copy = disk.open_text_file("copy", FILE_WRITE, true);
+            ASSERT_NE(copy, nullptr);
+            while (*file >> line) {
+                EXPECT_TRUE(*copy << static_cast<const char*>(line));
+            }
+            DISK_MANAGER::close(file);
+            DISK_MANAGER::close(copy);
+            EXPECT_EQ(folder.get("copy"), wide) << narrow;
+        }
     }
-    folder.put("text", wide);
-    file = disk.open_text_file("text", FILE_READ);
+    // A unit that was cut with its text is dropped.
+    file = disk.open_text_file("text", FILE_WRITE, true);
     ASSERT_NE(file, nullptr);
-    TEXT_FILE* copy = disk.open_text_file("copy", FILE_WRITE, true);
-    ASSERT_NE(copy, nullptr);
-    while (*file >> line) {
-        EXPECT_TRUE(*copy << static_cast<const char*>(line));
+    for (const char* cut : {"\1,4E2D, 1", "\1,4E2D,", "\1,4E2D,4E2"}) {
+        EXPECT_TRUE(*file << cut);
     }
     DISK_MANAGER::close(file);
-    DISK_MANAGER::close(copy);
-    EXPECT_EQ(folder.get("copy"), wide);
+    EXPECT_EQ(folder.get("text"), "\xFF\xFE\x2D\x4E\x2D\x4E\x2D\x4E");
 }
 
 }  // namespace

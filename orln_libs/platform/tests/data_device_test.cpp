@@ -1,6 +1,7 @@
 // The primitives of DATA_DEVICE on both devices, and the operations of MESSAGE and DATA_FILE.
 #include "platform/data_device.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -460,6 +461,11 @@ TEST(Message, StoredFormIsExactAndTheOlderFormIsRead) {
     ASSERT_EQ(read.get_from_data_device(device), 1);
     EXPECT_TRUE(read.is_empty());
     EXPECT_EQ(device.get_bytes_left(), 0);
+    const TEMP_FILE file;
+    const auto writer = file.open(FILE_WRITE);
+    EXPECT_EQ(empty.put_to_data_device(*writer), 1) << "without a buffer";
+    EXPECT_TRUE(writer->close());
+    EXPECT_EQ(file.contents(), bytes_of(device));
 }
 
 TEST(Message, EveryCutOfTheStoredFormFails) {
@@ -613,6 +619,39 @@ TEST(DataFile, PositionsAndTheByteOrderHeader) {
     EXPECT_TRUE((reader >> c) && c == 'A') << "what was read ahead is given back";
     EXPECT_EQ(reader.get_size(), 6);
     EXPECT_EQ(reader.get_bytes_left(), 5);
+    reader.set_pos(100, true);
+    EXPECT_EQ(reader.get_bytes_left(), 0);
+    EXPECT_FALSE(reader >> c);
+    reader.set_pos(5, false);
+    EXPECT_TRUE((reader >> c) && c == 'F');
+}
+
+// The cache is filled once; until it is used up no record needs the system, here one whose file is
+// gone.
+TEST(DataFile, ReadingRecordsFromTheCacheAsksTheSystemForNothing) {
+    constexpr std::int32_t TEXTS = 1000, RECORD = 8, CACHE = 1024;
+    const TEMP_FILE file;
+    const auto writer = file.open(FILE_WRITE);
+    for (int i = 0; i < TEXTS; ++i) {
+        writer->write_dynamic_text("text");
+    }
+    ASSERT_TRUE(writer->close());
+    std::FILE* stream = std::fopen(file.path().c_str(), "rb");
+    std::setvbuf(stream, nullptr, _IONBF, 0);
+    const DATA_FILE reader(stream, FILE_READ, 0, false, CACHE);
+    for (int i = 0; i < CACHE / RECORD; ++i) {
+        char* text = nullptr;
+        ASSERT_TRUE(reader.read_dynamic_text(text));
+        const std::unique_ptr<char[]> owned(text);
+        ASSERT_STREQ(text, "text");
+        if (i == 0) {
+            const int nothing = ::open("/dev/null", O_RDONLY);
+            ASSERT_GE(::dup2(nothing, ::fileno(stream)), 0);
+            ::close(nothing);
+        }
+        ASSERT_EQ(reader.get_pos(), (i + 1) * RECORD);
+        ASSERT_EQ(reader.get_bytes_left(), (TEXTS - i - 1) * RECORD);
+    }
 }
 
 TEST(DataFile, PositionsBeyondTwoGigabytes) {

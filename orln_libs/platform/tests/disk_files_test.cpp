@@ -1,5 +1,7 @@
 // Files and trees: what is listed, opened, moved, copied and deleted, and what must survive.
 #include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -264,6 +266,18 @@ TEST_F(DiskFiles, DataFilesKeepTheirByteOrderAndAppendAtTheEnd) {
     DISK_MANAGER::close(file);
     EXPECT_EQ(std::string(1, '\0'), read(base / "empty"));
     EXPECT_EQ(nullptr, here.open_data_file("d", static_cast<FILE_MODE>(3), 0));
+
+    // Without room for the header there is no file to write into.
+    const pid_t child = fork();
+    if (child == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {0, 0};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        _exit(here.open_data_file("full", FILE_WRITE, -1) ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(child, waitpid(child, &status, 0));
+    EXPECT_EQ(0, status);
 }
 
 TEST_F(DiskFiles, ReadOnlyFilesNeedForce) {
@@ -304,6 +318,14 @@ TEST_F(DiskFiles, MovesReplaceInOneStep) {
     EXPECT_FALSE(here.move("missing", data));
     EXPECT_FALSE(here.move("b", data, "../b"));
     EXPECT_EQ("new", read(base / "b"));
+}
+
+TEST_F(DiskFiles, FlushesTheFileSystemOfAFolderThatIsThere) {
+    write(base / "folder/file", "x");
+    const DISK_MANAGER folder = at(base / "folder");
+    EXPECT_TRUE(folder.flush_file_system());
+    fs::remove_all(base / "folder");
+    EXPECT_FALSE(folder.flush_file_system());
 }
 
 TEST_F(DiskFiles, MovesBetweenDevicesCopyAndRemove) {

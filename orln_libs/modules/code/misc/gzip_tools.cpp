@@ -25,7 +25,9 @@ struct GZIP_CLOSER {
 };
 using GZIP_HANDLE = std::unique_ptr<gzFile_s, GZIP_CLOSER>;
 
-std::string path_of(const DISK_MANAGER& folder, const std::string& name) {
+// Under the name that the disk manager opens the file by, which can't lead out of the folder.
+std::string path_of(const DISK_MANAGER& folder, std::string name) {
+    DISK_MANAGER::convert_illegal_chars(name.data());
     return folder.get_path_string(name.c_str());
 }
 

@@ -155,7 +155,7 @@ bool move_folder_across(const DISK_MANAGER& source, const char* name, const DISK
     const bool moved = from.move_down(name) && to.move_down(beside_name) &&
                        DISK_MANAGER::copy_tree(from, to) && stat(from.get_path(), &info) == 0 &&
                        chmod(beside.c_str(), info.st_mode & 0777) == 0 &&
-                       rename(beside.c_str(), target_path) == 0;
+                       rename(beside.c_str(), target_path) == 0 && target.flush_file_system();
     const int error = errno;
     if (!moved) {
         DISK_MANAGER::delete_tree(target, beside_name);
@@ -240,7 +240,9 @@ DATA_FILE* DISK_MANAGER::open_data_file(const char* name, FILE_MODE mode, std::i
             }
             std::rewind(stream.get());
             byte_order = 0;
-            std::fputc(byte_order, stream.get());
+            if (std::fputc(byte_order, stream.get()) == EOF) {
+                return nullptr;  // a full disk
+            }
         }
     }
     if (mode == FILE_APPEND && fseeko(stream.get(), 0, SEEK_END) != 0) {
@@ -301,7 +303,12 @@ bool DISK_MANAGER::move(const char* name, const DISK_MANAGER& target,
     if (S_ISDIR(info.st_mode)) {
         return move_folder_across(*this, name, target, to.get());
     }
-    return copy(name, target, target_name) && unlink(from.get()) == 0;
+    return copy(name, target, target_name) && target.flush_file_system() && unlink(from.get()) == 0;
+}
+
+bool DISK_MANAGER::flush_file_system() const {
+    const DESCRIPTOR folder(open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return folder.is_open() && syncfs(folder.get()) == 0;
 }
 
 bool DISK_MANAGER::replace_folder(const char* name, const DISK_MANAGER& target,
@@ -341,7 +348,8 @@ bool DISK_MANAGER::copy(const char* name, const DISK_MANAGER& target,
         !to.join(target, name_or(target_name, name))) {
         return false;
     }
-    if (stat(to.get(), &there) == 0 && identity_of(there) == identity_of(info)) {
+    const bool replaces = stat(to.get(), &there) == 0;
+    if (replaces && identity_of(there) == identity_of(info)) {
         errno = EEXIST;
         return false;
     }
@@ -353,7 +361,8 @@ bool DISK_MANAGER::copy(const char* name, const DISK_MANAGER& target,
     const timespec times[2] = {info.st_atim, info.st_mtim};
     bool copied = copy_bytes(fileno(source.get()), copy_file.get()) &&
                   fchmod(copy_file.get(), info.st_mode & 0777) == 0 &&
-                  futimens(copy_file.get(), times) == 0;
+                  futimens(copy_file.get(), times) == 0 &&
+                  (!replaces || fdatasync(copy_file.get()) == 0);
     copied = ::close(copy_file.release()) == 0 && copied;
     if (copied && rename(beside.c_str(), to.get()) == 0) {
         return true;

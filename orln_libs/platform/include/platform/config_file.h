@@ -79,7 +79,8 @@ public:
     bool write_all_keys(const DISK_MANAGER& disk);
 
     // Loads the list from the file and sorts it. A missing file yields an empty list, and false
-    // with a message if `warn` is set.
+    // with a message if `warn` is set. A file that can't be read to its end yields an empty list
+    // and false.
     bool read_all_keys(const DISK_MANAGER& disk, bool warn);
 
     // The folder that the constructor went to.

@@ -47,7 +47,7 @@ public:
     // would be worthless.
     std::int32_t write_data_block(const void* data, std::int32_t size) override;
 
-    // 0 unless the file is open for reading.
+    // 0 unless the file is open for reading; counts to where the file ended when it was opened.
     std::int64_t get_bytes_left() const override;
 
     // Bytes of the file without its byte-order header, written ones included; 0 when closed.
@@ -68,6 +68,8 @@ public:
 
 private:
     std::int64_t header_size() const { return has_byte_order_header ? 1 : 0; }
+    std::int32_t read_stream(void* target, std::int32_t size) const;
+    bool seek_stream(std::int64_t target) const;
     std::int32_t take_from_cache(unsigned char* target, std::int32_t size) const;
     void fail_write() const;
 
@@ -79,6 +81,10 @@ private:
     std::FILE* stream;
     bool has_byte_order_header;
     mutable bool failed = false;
+    // Of a file open for reading: where the stream stands and where the file ended at the opening,
+    // both from its first byte. Kept, so that no record that is read costs a system call.
+    mutable std::int64_t stream_pos = 0;
+    std::int64_t stream_end = 0;
 };
 
 #endif  // PLATFORM_DATA_FILE_H

@@ -91,7 +91,7 @@ public:
 
     // Goes to a stored path such as "$APPDATA/skins/default". Root words are recognised by prefix.
     // A component that fails doesn't stop the walk, but makes the result false. A text without a
-    // root word goes to the base folder and fails.
+    // root word, or with a root that can't be reached, goes to the base folder and fails.
     bool set_relative_path(const char* path, bool create = false);
 
     // From the current folder: one move_up() for each "../", then down through the remaining
@@ -186,8 +186,8 @@ public:
     int rmdir(const char* name) const;
 
     // Moves and renames a file or a folder in one step, replacing a file that has the target name.
-    // A null or empty `target_name` keeps the name. Between devices it copies, renames and then
-    // deletes the source.
+    // A null or empty `target_name` keeps the name. Between devices it copies, waits until the copy
+    // is on the disk, and then deletes the source.
     bool move(const char* name, const DISK_MANAGER& target,
               const char* target_name = nullptr) const;
 
@@ -198,8 +198,13 @@ public:
     bool replace_folder(const char* name, const DISK_MANAGER& target,
                         const char* target_name) const;
 
-    // Copies a file with its mode and date, replacing a target file only once the copy is whole.
-    // A null or empty `target_name` keeps the name. A file is not copied onto itself.
+    // Waits until all that was written to the file system of this folder, contents and names, is on
+    // the disk, so that a loss of power can't undo it; for many files that is far quicker than one
+    // by one. May take seconds. False if the folder is gone or something could not be stored.
+    bool flush_file_system() const;
+
+    // Copies a file with its mode and date, replacing a target file only once the copy is whole and
+    // on the disk. A null or empty `target_name` keeps the name. A file is not copied onto itself.
     bool copy(const char* name, const DISK_MANAGER& target,
               const char* target_name = nullptr) const;
 

@@ -1,5 +1,6 @@
 // Compresses and expands single files in the gzip format (RFC 1952), through zlib. Memory use
-// doesn't depend on the file. Blocking; for any thread.
+// doesn't depend on the file. In names the characters that not every system allows are replaced, as
+// DISK_MANAGER does where it opens files. Blocking; for any thread.
 #ifndef MODULES_MISC_GZIP_TOOLS_H
 #define MODULES_MISC_GZIP_TOOLS_H
 
