@@ -1,21 +1,25 @@
 #include "autopatch/add_on.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
+#include "autopatch/version_list.h"
+#include "catalogue_names.h"
 #include "kvcore/text_field.h"
 #include "platform/disk_manager.h"
 
 namespace {
 
-constexpr const char* CLIENT_FOLDER = "client";
-constexpr const char* SKINS_FOLDER = "skins";
-
-// The catalogue keeps its client versions and skins in these folders beside the miscellaneous
-// add-ons, so none of those may be called so.
-bool is_reserved_folder(const char* name) {
-    return std::strcmp(name, CLIENT_FOLDER) == 0 || std::strcmp(name, SKINS_FOLDER) == 0;
+// The names that the catalogue itself uses beside the miscellaneous add-ons, so none of those may
+// be called so. A folder in the place of a catalogue file would keep it from ever being saved.
+bool is_reserved_name(std::string_view name) {
+    constexpr std::string_view RESERVED[] = {CLIENT_FOLDER, SKINS_FOLDER, STAGING_FOLDER,
+                                             CATALOGUE_FILE, CATALOGUE_FILE_BESIDE};
+    return std::find(std::begin(RESERVED), std::end(RESERVED), name) != std::end(RESERVED);
 }
 
 template <class FUNCTION>
@@ -263,7 +267,7 @@ bool ADD_ON::move_to_parent_path(DISK_MANAGER& disk, bool create) const {
         case ADD_ON_SKIN:
             return disk.move_down(SKINS_FOLDER, true);
         case ADD_ON_MISC: {
-            if (is_reserved_folder(get_top_level_parent()->path)) {
+            if (is_reserved_name(get_top_level_parent()->path)) {
                 return false;
             }
             std::vector<const ADD_ON*> ancestors;

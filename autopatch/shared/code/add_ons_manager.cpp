@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "autopatch/autopatch_types.h"
+#include "catalogue_names.h"
 #include "durable_file.h"
 #include "modules/frameworks/trace_output.h"
 #include "modules/gui/skin_info.h"
@@ -17,8 +18,6 @@
 
 namespace {
 
-constexpr const char* CATALOGUE_FILE = "add_ons.bin";
-constexpr const char* CATALOGUE_FILE_BESIDE = "add_ons.bin.tmp";
 // Formats above this one have a viewed list.
 constexpr std::uint16_t LAST_FORMAT_WITHOUT_VIEWED = 1099;
 
@@ -60,6 +59,14 @@ unsigned char put_list(const PTRARRAY& list, DATA_DEVICE& device) {
         }
     }
     return 1;
+}
+
+// A loss of power can leave such a file, in which not even the byte order stands.
+bool is_empty_file(const DISK_MANAGER& disk, const char* name) {
+    DATA_FILE* file = disk.open_data_file(name, FILE_READ, BYTEORDER_LITTLE);
+    const bool empty = file && file->get_size() == 0;
+    DISK_MANAGER::close(file);
+    return empty;
 }
 
 bool is_skin_version_installed(DISK_MANAGER& disk, std::uint16_t version) {
@@ -136,12 +143,14 @@ void ADD_ONS_MANAGER::initialise() {
     DISK_MANAGER disk;
     if (disk.goto_path(FOLDER_ADD_ONS) && DISK_MANAGER::file_exists(disk, CATALOGUE_FILE)) {
         DATA_FILE* file = disk.open_data_file(CATALOGUE_FILE, FILE_READ, BYTEORDER_STORED);
-        if (!file) {
+        if (!file && !is_empty_file(disk, CATALOGUE_FILE)) {
             // Not ours to replace by an empty one just because it can't be read now.
             TRACE_OUTPUT::output_warning("The catalogue can't be opened.");
             return;
         }
-        get_from_data_device(*file);
+        if (file) {
+            get_from_data_device(*file);
+        }
         DISK_MANAGER::close(file);
     }
     save();

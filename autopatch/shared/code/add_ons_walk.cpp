@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "autopatch/add_ons_manager.h"
+#include "catalogue_names.h"
 #include "kvcore/text_field.h"
 #include "modules/frameworks/trace_output.h"
 #include "modules/gui/skin_info.h"
@@ -24,7 +25,6 @@
 namespace {
 
 constexpr const char* APPLICATION_FOLDER = "app";
-constexpr const char* SKINS_FOLDER = "skins";
 constexpr const char* MANDATORY_FILE = "mandatory_add_ons.txt";
 constexpr const char* PICTURE_FILE = "add_on.png";
 // What the greatest description can have been in UTF-8.

@@ -9,6 +9,7 @@
 #include "autopatch/autopatch_system.h"
 #include "autopatch/crc_info.h"
 #include "autopatch/version_list.h"
+#include "durable_file.h"
 #include "modules/frameworks/trace_output.h"
 #include "modules/misc/gzip_tools.h"
 #include "modules/misc/tar_file.h"
@@ -39,11 +40,6 @@ bool goto_install_folders(const ADD_ON& add_on, DISK_MANAGER& parent, DISK_MANAG
         return false;
     }
     staging = parent;
-    // The top-level folder of an add-on and the staging folder may not be the same.
-    if (add_on.type == ADD_ON::ADD_ON_MISC &&
-        std::string(add_on.get_top_level_parent()->path) == STAGING_FOLDER) {
-        return false;
-    }
     if (!add_on.move_to_parent_path(parent, true)) {
         return false;
     }
@@ -156,13 +152,20 @@ bool AUTOPATCH_SYSTEM::install_archive() {
         return false;
     }
     const std::string archive = archive_name(*current_add_on, ARCHIVE_ENDING);
-    DISK_MANAGER::delete_tree(staging_parent, STAGING_FOLDER);
+    // What is left over of an earlier unpacking would become part of this one.
+    bool good = DISK_MANAGER::delete_tree(staging_parent, STAGING_FOLDER) == 0;
+    if (!good) {
+        fail_install(AUTOPATCH_ERROR_EXTRACT, "the folder to unpack it in can't be emptied");
+    }
     DISK_MANAGER staging = staging_parent;
-    bool good = unpack_archive(downloads, archive, staging);
+    good = good && unpack_archive(downloads, archive, staging);
     if (good && !staging_parent.replace_folder(STAGING_FOLDER, parent,
                                                current_add_on->get_folder_name().c_str())) {
         fail_install(AUTOPATCH_ERROR_EXTRACT, "it can't be moved into place");
         good = false;
+    }
+    if (good) {
+        flush_folder_to_disk(parent);
     }
     downloads.remove(TAR_NAME, true);
     downloads.remove(archive.c_str(), true);
@@ -202,6 +205,11 @@ bool AUTOPATCH_SYSTEM::unpack_archive(DISK_MANAGER& downloads, const std::string
     const char* const wanted = check_file(current_add_on->type);
     if (!DISK_MANAGER::file_exists(staging, wanted)) {
         fail_install(AUTOPATCH_ERROR_EXTRACT, std::string("its package has no file ") + wanted);
+        return false;
+    }
+    // The catalogue is going to say that it is installed, whatever happens to the power.
+    if (!staging.flush_file_system()) {
+        fail_install(AUTOPATCH_ERROR_EXTRACT, "its files can't be stored");
         return false;
     }
     return true;

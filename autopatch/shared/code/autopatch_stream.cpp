@@ -35,8 +35,9 @@ bool AUTOPATCH_SYSTEM::have_block_buffer(std::uint32_t size) {
 
 // Runs until the stream is complete or fails, stalls for too long, or the launcher wants to end.
 void AUTOPATCH_SYSTEM::receive_stream() {
-    if (!transfer_buffer && stream_remaining != 0 &&
-        !allocate_transfer_buffer(std::min(stream_remaining, TRANSFER_BUFFER_SIZE))) {
+    // A buffer that a small archive has left behind is too small for a large one.
+    const std::uint32_t wanted = std::min(stream_remaining, TRANSFER_BUFFER_SIZE);
+    if (transfer_buffer_size < wanted && !allocate_transfer_buffer(wanted)) {
         TRACE_OUTPUT::output_warning("There is no memory for the transfer buffer");
         record_error(AUTOPATCH_ERROR_MEMORY);
     }

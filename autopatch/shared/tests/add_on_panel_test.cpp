@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "autopatch/add_on.h"
 #include "kvcore/text_field.h"
@@ -179,6 +180,13 @@ TEST_F(AddOnPanelTest, ThePictureIsTheAddOnsOrTheLogo) {
     const auto panel = make_panel(*skin);
     EXPECT_EQ(80, picture_of(*panel).height);
     EXPECT_EQ(80, picture_of(*panel).width) << "in its proportions";
+    for (const auto& [width, height] : {std::pair{1, 2000}, std::pair{2000, 1}}) {
+        skin->image->reset(width, height);
+        const auto thin_panel = make_panel(*skin);
+        const IMAGE& thin = picture_of(*thin_panel);
+        EXPECT_GT(thin.width * thin.height, 0) << width;
+        EXPECT_LE(thin.height, 80) << width;
+    }
 }
 
 TEST_F(AddOnPanelTest, ATinyCardAndASkinWithoutConstantsDoNoHarm) {

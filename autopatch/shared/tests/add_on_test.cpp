@@ -442,7 +442,8 @@ TEST_F(AddOnFolder, NeverLeavesTheAddOnsFolderNorTakesTheCataloguesOwn) {
     installation.write(installation.add_ons("client/app_1/file"), "x");
     installation.write(installation.add_ons("skins/s/file"), "x");
     installation.write(installation.root / "outside" / "file", "x");
-    for (const char* path : {"..", ".", "", "../outside", "client", "skins"}) {
+    for (const char* path : {"..", ".", "", "../outside", "client", "skins", "incoming",
+                             "add_ons.bin", "add_ons.bin.tmp"}) {
         EXPECT_EQ("", move(*make_add_on(path, 1), true)) << path;
         auto parent = make_add_on(path, 1);
         EXPECT_EQ("", move(attach(*parent, make_add_on("outside", 1)), true)) << path;

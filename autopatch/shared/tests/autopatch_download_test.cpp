@@ -248,6 +248,24 @@ TEST_F(DOWNLOAD_TEST, AStreamGoesOnBehindTheCheckedBlocks) {
     expect_installed();
 }
 
+TEST_F(DOWNLOAD_TEST, AStreamBehindASmallOneHasABufferOfItsSize) {
+    const std::string small = make_gzip(make_tar({{"skin.cfg", "x"}}));
+    ASSERT_LT(small.size(), archive.size() / 10);
+    const auto skin = make_add_on(ADD_ON::ADD_ON_SKIN, "plain", 1);
+    peer->on_request = [&](const PATCH_TEST_PEER::REQUEST& request) {
+        const std::string& wanted = request.path == "app" ? archive : small;
+        if (request.id == FILE_REQUEST) {
+            peer->send_offer(static_cast<std::uint32_t>(wanted.size()), crc_of(wanted));
+        } else if (request.id == STREAM_START) {
+            peer->send_raw(wanted);
+        }
+    };
+    begin_download({skin.get(), app.get()});
+    pump_until([&] { return all_done() || error() != AUTOPATCH_OK; });
+    EXPECT_EQ(largest_allocation, archive.size());
+    expect_installed();
+}
+
 TEST_F(DOWNLOAD_TEST, BytesBehindAStreamAreTakenAsFrames) {
     const std::string skin_archive = make_gzip(make_tar({{"skin.cfg", "x"}}));
     const auto skin = make_add_on(ADD_ON::ADD_ON_SKIN, "plain", 1);
@@ -326,7 +344,8 @@ TEST_F(DOWNLOAD_TEST, AStreamOfNoBytes) {
     }
 }
 
-// What the pages do on the main thread while the pool thread is in monitor().
+// What the pages do on the main thread while the pool thread is in monitor(); what they show of a
+// record doesn't change meanwhile.
 TEST_F(DOWNLOAD_TEST, APageReadsWhileTheEngineWorks) {
     validate({app.get()});
     serve_blocks(archive);
@@ -335,6 +354,11 @@ TEST_F(DOWNLOAD_TEST, APageReadsWhileTheEngineWorks) {
         AUTOPATCH_PROGRESS progress;
         while (progress.current_index == 0 && engine->get_error_code() == AUTOPATCH_OK) {
             progress = engine->get_progress();
+            if (const ADD_ON* const shown = progress.current_add_on) {
+                EXPECT_STREQ(shown->get_top_level_parent()->title, "app");
+                EXPECT_EQ(shown->version, 7);
+                EXPECT_EQ(shown->get_file_size(), archive.size());
+            }
             std::this_thread::yield();
         }
         engine->internal_shutdown();

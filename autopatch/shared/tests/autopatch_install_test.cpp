@@ -133,10 +133,10 @@ TEST_F(INSTALL_TEST, ANewSkinTakesThePlaceOfTheOldOne) {
     EXPECT_FALSE(fs::exists(folders.add_ons() / "incoming"));
 }
 
-TEST_F(INSTALL_TEST, FoldersOfTheCatalogueItselfAreNoAddOns) {
+TEST_F(INSTALL_TEST, NamesOfTheCatalogueItselfAreNoAddOns) {
     install_client(6);
     const std::string archive = make_gzip(make_tar({{"defaults.cfg", "version\n\t1\n"}}));
-    for (const char* path : {"client", "skins", "incoming"}) {
+    for (const char* path : {"client", "skins", "incoming", "add_ons.bin", "add_ons.bin.tmp"}) {
         const auto pack = make_add_on(ADD_ON::ADD_ON_MISC, path, 1);
         download(*pack, archive);
         EXPECT_EQ(error(), AUTOPATCH_ERROR_EXTRACT) << path;
@@ -186,12 +186,18 @@ TEST_F(INSTALL_TEST, ACompositeThatNeedsNothingIsPassedOver) {
     EXPECT_EQ(error(), AUTOPATCH_OK);
 }
 
-// Kills a process that installs version 7 over 6 at many different moments.
+// Kills a process that installs version 7 beside 6, at many moments behind each of three: the
+// archive is begun, its unpacking is begun, the version is in its place.
 TEST_F(INSTALL_TEST, AKillAtAnyMomentLeavesAClientThatStarts) {
-    install_client(6);
-    const std::string archive = make_client_archive("new", 300000);
+    constexpr std::size_t SIZE = 2000000;
+    const std::string archive = make_client_archive("new", SIZE);
     const auto app = make_add_on(ADD_ON::ADD_ON_APPLICATION, "app", 7);
-    for (int run = 0; run < 30; ++run) {
+    const fs::path signs[] = {folders.downloads() / "app.tar.gz",
+                              folders.downloads() / "update.tar", folders.client() / "app_7"};
+    for (int run = 0; run < 42; ++run) {
+        fs::remove_all(folders.add_ons());
+        fs::remove_all(folders.downloads());
+        install_client(6);
         drop_peer();
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
@@ -200,7 +206,11 @@ TEST_F(INSTALL_TEST, AKillAtAnyMomentLeavesAClientThatStarts) {
             download(*app, archive);
             ::_exit(0);
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(1500 * run));
+        const fs::path& sign = signs[run % 3];
+        for (int i = 0; i < 100000 && !fs::exists(sign) && !fs::exists(signs[2]); ++i) {
+            std::this_thread::sleep_for(std::chrono::microseconds(100));
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(700 * (run / 3)));
         ::kill(child, SIGKILL);
         ASSERT_EQ(::waitpid(child, nullptr, 0), child);
 
@@ -209,7 +219,7 @@ TEST_F(INSTALL_TEST, AKillAtAnyMomentLeavesAClientThatStarts) {
         EXPECT_EQ(read_file(folders.client() / "app_6" / "autopatch.cfg"), "old");
         if (fs::exists(folders.client() / "app_7")) {
             EXPECT_EQ(read_file(folders.client() / "app_7" / "autopatch.cfg"), "new");
-            EXPECT_EQ(fs::file_size(folders.client() / "app_7" / "data" / "bulk.bin"), 300000u);
+            EXPECT_EQ(fs::file_size(folders.client() / "app_7" / "data" / "bulk.bin"), SIZE);
         }
         start();
         const std::string version = AUTOPATCH_SYSTEM::get_current_version();

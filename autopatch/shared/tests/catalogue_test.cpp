@@ -131,6 +131,12 @@ TEST_F(Catalogue, WhatCanBeReadOfADamagedFileStands) {
     }
 }
 
+TEST_F(Catalogue, AFileWithoutASingleByteIsRewritten) {
+    installation.write(file(), std::string());
+    start();
+    EXPECT_EQ(EMPTY_CATALOGUE, installation.read(file()));
+}
+
 TEST_F(Catalogue, PromisedCountsAndTamperedPathsDoNoHarm) {
     STORED_BYTES promises;
     promises.u16(1620).u32(1).plain_record("a").u32(0xFFFFFFFFu);

@@ -115,7 +115,7 @@ public:
     // Moves `disk`, which stands on "$ADD_ONS", to the folder of this add-on; see ADD_ON_TYPE. With
     // `create` the folder is emptied or made. False if a folder isn't there or can't be made, for
     // an unknown type, for a path that isn't a plain folder name, and for a miscellaneous add-on
-    // that would take one of the catalogue's own folders.
+    // that would take one of the catalogue's own folders or files.
     bool move_to_path(DISK_MANAGER& disk, bool create) const;
     // The same without the last step: moves to the folder that holds the folder of this add-on,
     // which `create` makes if it is missing.

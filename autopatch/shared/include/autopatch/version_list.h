@@ -12,8 +12,8 @@
 
 // The folder of the client versions under "$ADD_ONS".
 inline constexpr const char CLIENT_FOLDER[] = "client";
-// A new version is unpacked into a folder of this name beside its final place. The name holds no
-// "_", so that it never counts as a version.
+// What is new is unpacked into a folder of this name: a client version in "client", any other
+// add-on in "$ADD_ONS". The name holds no "_", so that it never counts as a version.
 inline constexpr const char STAGING_FOLDER[] = "incoming";
 // The file that makes a version folder a complete client.
 inline constexpr const char CLIENT_CHECK_FILE[] = "autopatch.cfg";
