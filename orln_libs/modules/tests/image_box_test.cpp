@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <string>
+#include <utility>
 
 #include "platform/image_cache.h"
 #include "skin_fixture.h"
@@ -136,6 +137,38 @@ TEST_F(ImageBox, NinePiecesFillEveryRectangle) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
     draw(3, 3, 0, 0, target);
     box.draw(0, 0, 1, 1, nullptr, 0, IMAGE_COPY_BLEND);
+}
+
+// However small the tiles are, each pixel is that of its place in the piece, once.
+TEST_F(ImageBox, SmallTilesMeetWithoutASeam) {
+    constexpr std::int32_t LEFT = 3, TOP = 2, WIDTH = 120, HEIGHT = 90;
+    for (const auto& [width, height] : {std::pair{1, 1}, {3, 2}, {1, 40}, {50, 1}, {32, 32}}) {
+        IMAGE tile(width, height);
+        IMAGE corner(1, 1);
+        for (std::int32_t y = 0; y < height; ++y) {
+            for (std::int32_t x = 0; x < width; ++x) {
+                tile.row(y)[x] = COLOUR(static_cast<std::uint32_t>(0x80100000 + 256 * y + x));
+            }
+        }
+        box.top_left = &corner;  // of sides without a width: the centre fills it all
+        box.centre = &tile;
+        IMAGE target(130, 100);
+        target.clear(COLOUR_WHITE);
+        target.set_active_area(10, 5, 127, 80);
+        IMAGE expected(130, 100);
+        expected.clear(COLOUR_WHITE);
+        expected.set_active_area(10, 5, 127, 80);
+        for (std::int32_t y = 0; y < HEIGHT; ++y) {
+            for (std::int32_t x = 0; x < WIDTH; ++x) {
+                tile.put(x % width, y % height, 1, 1, LEFT + x, TOP + y, &expected);
+            }
+        }
+        draw(LEFT, TOP, LEFT + WIDTH - 1, TOP + HEIGHT - 1, target);
+        box.top_left = box.centre = nullptr;
+        EXPECT_TRUE(target == expected) << width << " by " << height;
+        EXPECT_EQ(expected.dirty_right, target.dirty_right);
+        EXPECT_EQ(expected.dirty_top, target.dirty_top);
+    }
 }
 
 TEST_F(ImageBox, OverlaysStayWithinTheOutline) {

@@ -343,6 +343,13 @@ TEST_F(GuiSkin, SkinsAreSeededFromTheApplicationsData) {
     GUI_SKIN::forget_skin_path();
     GUI_SKIN::get_skin_path(0);
     EXPECT_FALSE(has("add_ons/skins/t"));
+    EXPECT_FALSE(has("add_ons/skins/copying"));
+    // A copy that was cut short, with a compiled skin among what it had copied.
+    put("add_ons/skins/copying", "");
+    GUI_SKIN::forget_skin_path();
+    GUI_SKIN::get_skin_path(0);
+    EXPECT_TRUE(has("add_ons/skins/t/skin.cfg"));
+    EXPECT_FALSE(has("add_ons/skins/copying"));
 
     put_skin("own", 1);
     skin.set_custom_skin_path(cursor("skins"));

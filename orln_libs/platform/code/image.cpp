@@ -141,7 +141,7 @@ void IMAGE::set_active_area(std::int32_t x1, std::int32_t y1, std::int32_t x2, s
 void IMAGE::add_rect_to_active_area(std::int32_t x1, std::int32_t y1, std::int32_t x2,
                                     std::int32_t y2) {
     AREA area;
-    if (!clip(x1, y1, x2, y2, area)) {
+    if (x2 < x1 || y2 < y1 || !clip(x1, y1, x2, y2, area)) {
         active_left = active_right = active_top = active_bottom = -1;
         return;
     }

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "kvcore/text_field.h"
+#include "picture_decode.h"
 #include "platform/data_device.h"
 #include "platform/disk_manager.h"
 
@@ -13,6 +14,8 @@ namespace {
 constexpr unsigned char STORED_FORM_VERSION = 2;
 // Two empty texts, four sizes, an empty picture.
 constexpr std::int64_t LEAST_ENTRY_BYTES = 4 + 4 + 4 * 2 + 5;
+// The channel of IMAGE::recolour_channel that stands for all.
+constexpr char EVERY_PIXEL = 3;
 
 bool is_given(std::int32_t side) {
     return side >= 0 && side != IMAGE::NO_SIZE;
@@ -106,6 +109,15 @@ CACHE_ENTRY* IMAGE_CACHE::find_failure(RANGE range) const {
         }
     }
     return nullptr;
+}
+
+bool IMAGE_CACHE::is_full() const {
+    std::int64_t bytes = 0;
+    for (std::int32_t i = 0; i < entries.get_count(); ++i) {
+        const IMAGE& image = entry_at(i)->image;
+        bytes += std::int64_t{image.stride} * image.height * std::int64_t{sizeof(COLOUR)};
+    }
+    return bytes >= max_picture_bytes;
 }
 
 // Takes ownership, and keeps the array sorted.
@@ -202,6 +214,7 @@ bool IMAGE_CACHE::load_entry(CACHE_ENTRY& entry, std::int32_t width, std::int32_
         return false;
     }
     entry.image.copy_pixels_from(loaded);
+    entry.tint.reset();
     entry.orig_width = natural_width;
     entry.orig_height = natural_height;
     set_size_of_entry(entry);
@@ -244,6 +257,10 @@ CACHE_ENTRY* IMAGE_CACHE::load_new(const char* path, const char* name, std::int3
     CACHE_ENTRY* entry = find_failure(find_entries(path, name));
     if (entry && !(flags & RELOAD)) {
         return nullptr;  // it couldn't be read before
+    }
+    if (is_full()) {
+        trace_refused_file("picture", name, "the pictures take too much memory already");
+        return nullptr;
     }
     if (!entry) {
         entry = add_entry(path, name);
@@ -390,39 +407,40 @@ void IMAGE_CACHE::make_custom(IMAGE*& image) {
     release(*entry);
 }
 
-void IMAGE_CACHE::recolour(IMAGE*& image, COLOUR colour) {
+template <class OPERATION>
+void IMAGE_CACHE::change(IMAGE*& image, OPERATION operation) {
     make_custom(image);
-    if (get_entry(image)) {
-        image->recolour(colour);
+    if (CACHE_ENTRY* entry = get_entry(image)) {
+        entry->tint.reset();
+        operation(entry->image);
     }
 }
 
+void IMAGE_CACHE::recolour(IMAGE*& image, COLOUR colour) {
+    recolour_channel(image, colour, EVERY_PIXEL);
+}
+
 void IMAGE_CACHE::recolour_channel(IMAGE*& image, COLOUR colour, char channel) {
-    make_custom(image);
-    if (get_entry(image)) {
-        image->recolour_channel(colour, channel);
+    CACHE_ENTRY* entry = recolour_in_place && channel == EVERY_PIXEL ? get_entry(image) : nullptr;
+    if (entry && entry->tint == colour) {
+        return;
+    }
+    change(image, [&](IMAGE& own) { own.recolour_channel(colour, channel); });
+    if (entry) {
+        entry->tint = colour;
     }
 }
 
 void IMAGE_CACHE::replace_colour(IMAGE*& image, COLOUR from, COLOUR to, unsigned char keep_alpha) {
-    make_custom(image);
-    if (get_entry(image)) {
-        image->replace_colour(from, to, keep_alpha);
-    }
+    change(image, [&](IMAGE& own) { own.replace_colour(from, to, keep_alpha); });
 }
 
 void IMAGE_CACHE::set_trialpha_colours(IMAGE*& image, COLOUR red, COLOUR green, COLOUR blue) {
-    make_custom(image);
-    if (get_entry(image)) {
-        image->set_trialpha_colours(red, green, blue);
-    }
+    change(image, [&](IMAGE& own) { own.set_trialpha_colours(red, green, blue); });
 }
 
 void IMAGE_CACHE::make_grey(IMAGE*& image) {
-    make_custom(image);
-    if (get_entry(image)) {
-        image->make_grey();
-    }
+    change(image, [](IMAGE& own) { own.make_grey(); });
 }
 
 std::int16_t IMAGE_CACHE::get_image_orig_width(const IMAGE* image) const {

@@ -221,6 +221,9 @@ void IMAGE::plot_line(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::in
     const std::int64_t rise = walk.minor_last - walk.minor_first;
     const std::int32_t start = std::max(walk.first, walk.along_x ? active.left : active.top);
     const std::int32_t end = std::min(walk.last, walk.along_x ? active.right : active.bottom);
+    if (start > end) {
+        return;  // among others a line whose ends are so far away that they have become one
+    }
     // minor = minor_first + floor((step * rise) / length + 1/2)
     const std::int64_t scaled = 2 * (std::int64_t{start} - walk.first) * rise + length;
     std::int64_t minor = scaled / (2 * length);

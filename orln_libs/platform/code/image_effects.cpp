@@ -189,8 +189,10 @@ void IMAGE::rotate(IMAGE& target, float degrees) const {
 
 void IMAGE::draw_blended_images(const IMAGE& first, const IMAGE& second, std::int32_t x,
                                 std::int32_t y, IMAGE_BLEND_TYPE type, char percent) {
+    constexpr std::int32_t FAR_AWAY = 1 << 29;  // leaves room to add the pictures' sides
     if (has_same_size(first, second)) {
-        draw_wipe(*this, first, second, x, y, type, std::clamp<int>(percent, 0, 100), 100,
+        draw_wipe(*this, first, second, std::clamp(x, -FAR_AWAY, FAR_AWAY),
+                  std::clamp(y, -FAR_AWAY, FAR_AWAY), type, std::clamp<int>(percent, 0, 100), 100,
                   IMAGE_COPY_BLEND);
     }
 }

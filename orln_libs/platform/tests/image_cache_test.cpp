@@ -163,6 +163,22 @@ TEST_F(ImageCache, ADamagedFileIsNullAndNamedInTheTrace) {
     EXPECT_NE(std::string::npos, trace.end().find("\"bad.png\" refused"));
 }
 
+TEST_F(ImageCache, NoMoreFilesAreReadThanThereIsRoomFor) {
+    make("blue", COLOUR_BLUE);
+    cache.max_picture_bytes = 8 * 4 * 4;
+    IMAGE* red = open("red");
+    ASSERT_NE(nullptr, red);
+    TRACE_CAPTURE trace;
+    EXPECT_EQ(nullptr, open("blue"));
+    EXPECT_NE(std::string::npos, trace.end().find("\"blue\" refused"));
+    EXPECT_EQ(red, open("red"));  // is there already
+    EXPECT_NE(nullptr, open("red", 3, 3));
+    cache.close(red);
+    cache.close(red);
+    cache.unload("red");
+    EXPECT_NE(nullptr, open("blue"));  // that it found no room isn't remembered
+}
+
 TEST_F(ImageCache, ResizingGivesAUserItsOwnSize) {
     IMAGE* shared = open("red");
     IMAGE* mine = cache.duplicate(shared);
@@ -217,6 +233,35 @@ TEST_F(ImageCache, CustomPicturesAreNeverShared) {
     cache.recolour_in_place = true;
     cache.set_trialpha_colours(plain, COLOUR_GREEN, COLOUR_BLACK, COLOUR_BLACK);
     EXPECT_EQ(COLOUR_GREEN, open("red")->row(0)[0]);
+}
+
+TEST_F(ImageCache, InPlaceATintIsTakenOnceByAllUsers) {
+    constexpr COLOUR TINT = 0xFF3F4C5Cu;
+    const auto tinted = [](COLOUR pixel, COLOUR tint) {
+        pixel.recolour(tint);
+        return pixel;
+    };
+    make("grey", COLOUR_GREY);
+    cache.recolour_in_place = true;
+    IMAGE* one = open("grey");
+    IMAGE* two = open("grey");
+    const COLOUR grey = one->row(0)[0];  // as the file's gamma makes it
+    ASSERT_NE(tinted(grey, TINT), tinted(tinted(grey, TINT), TINT));
+    cache.recolour_channel(one, TINT, 3);
+    cache.recolour_channel(two, TINT, 3);
+    cache.recolour(two, TINT);
+    EXPECT_EQ(one, two);
+    EXPECT_EQ(tinted(grey, TINT), one->row(0)[0]);
+    cache.recolour(one, COLOUR_RED);
+    EXPECT_EQ(tinted(tinted(grey, TINT), COLOUR_RED), one->row(0)[0]);
+    // What has changed since takes it again.
+    cache.reload(one);
+    cache.recolour(one, COLOUR_RED);
+    EXPECT_EQ(tinted(grey, COLOUR_RED), one->row(0)[0]);
+    cache.make_grey(one);
+    const COLOUR greyed = one->row(0)[0];
+    cache.recolour(one, COLOUR_RED);
+    EXPECT_EQ(tinted(greyed, COLOUR_RED), one->row(0)[0]);
 }
 
 TEST_F(ImageCache, ClearingLeavesUsedPicturesToTheirUsers) {

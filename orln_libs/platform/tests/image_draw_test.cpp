@@ -54,7 +54,7 @@ TEST(ImageArea, IsSortedClampedNarrowedAndEmptied) {
     EXPECT_EQ(9, image.active_right);
     EXPECT_EQ(2, image.active_top);
     EXPECT_EQ(5, image.active_bottom);
-    image.add_rect_to_active_area(12, 7, 4, 4);
+    image.add_rect_to_active_area(4, 4, 12, 7);
     EXPECT_EQ(4, image.active_left);
     EXPECT_EQ(9, image.active_right);
     EXPECT_EQ(4, image.active_top);
@@ -67,6 +67,9 @@ TEST(ImageArea, IsSortedClampedNarrowedAndEmptied) {
     image.mark_dirty_area(0, 0, 9, 7);
     EXPECT_FALSE(image.is_dirty());
     EXPECT_EQ(COLOUR_INVISIBLE, image.row(4)[4]);
+    image.set_active_area(0, 0, 9, 7);
+    image.add_rect_to_active_area(6, 4, 5, 5);
+    EXPECT_EQ(-1, image.active_left) << "a rectangle without a width holds no column";
     IMAGE().set_active_area(0, 0, 5, 5);
 }
 
@@ -331,6 +334,12 @@ TEST(ImageDraw, LinesGoFromEndToEndInEveryDirection) {
     image.draw_line(-FAR, -FAR, FAR, FAR, COLOUR_BLACK, FAR);  // ends at once
     image.draw_line(FAR, -5, -FAR, 3, COLOUR_BLACK, 1, 1);
     make_clean(image);
+    for (const bool anti_alias : {false, true}) {
+        image.draw_line(FAR - 3, FAR - 9, FAR, FAR, COLOUR_BLACK, 1, anti_alias);
+        image.draw_line(-FAR, 9 - FAR, 3 - FAR, -FAR, COLOUR_BLACK, 1, anti_alias);
+    }
+    EXPECT_FALSE(image.is_dirty());
+    make_clean(image);
     image.draw_horizontal_line(7, 2, 3, COLOUR_BLACK, 2);
     image.draw_vertical_line(0, 9, 5, COLOUR_BLACK);
     EXPECT_EQ(".........\n.........\n..######.\n..######.\n.........\n#........\n#........\n",
@@ -490,6 +499,9 @@ TEST(ImageWipe, ShowsPartsOfBothInEveryDirection) {
         EXPECT_EQ(c.bottom_right, target.row(4)[4]) << c.type;
         EXPECT_EQ(COLOUR_INVISIBLE, target.row(0)[0]);
         EXPECT_EQ(COLOUR_INVISIBLE, target.row(5)[5]);
+        target.set_not_dirty();
+        target.draw_blended_images(first, second, FAR, -FAR, c.type, 25);
+        EXPECT_FALSE(target.is_dirty());
 
         IMAGE strip;
         ASSERT_TRUE(strip.create_sprite_transition_image(

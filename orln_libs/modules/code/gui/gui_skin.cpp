@@ -11,6 +11,7 @@
 #include "modules/winman/page_tool_manager.h"
 #include "modules/winman/screen_object_looks.h"
 #include "platform/config_file.h"
+#include "platform/data_file.h"
 #include "platform/dm_file_info.h"
 #include "platform/font_manager.h"
 #include "platform/image_cache.h"
@@ -76,11 +77,21 @@ bool holds_compiled_skin(const DISK_MANAGER& skins) {
     return found;
 }
 
+// A file with that name stands beside the skins while they are being copied. Left behind by a
+// copy that was cut short, it has them copied again.
+constexpr const char* COPYING_MARK = "copying";
+
 // Copies the skins that the application brings along, if there are any, to the folder `skins`.
 void copy_seed(const DISK_MANAGER& skins) {
     DISK_MANAGER seed;
-    if (seed.goto_path(FOLDER_APPDATA) && seed.move_down(SKINS_FOLDER) &&
-        !DISK_MANAGER::copy_tree(seed, skins)) {
+    if (!seed.goto_path(FOLDER_APPDATA) || !seed.move_down(SKINS_FOLDER)) {
+        return;
+    }
+    DATA_FILE* mark = skins.open_data_file(COPYING_MARK, FILE_WRITE, BYTEORDER_LITTLE);
+    DISK_MANAGER::close(mark);
+    if (DISK_MANAGER::copy_tree(seed, skins) && skins.flush_file_system()) {
+        skins.remove(COPYING_MARK, true);
+    } else {
         TRACE_OUTPUT::output_warning("%s: not all skins could be copied here",
                                      skins.get_path_string());
     }
@@ -104,7 +115,8 @@ DISK_MANAGER GUI_SKIN::get_skin_path(unsigned char generating) {
         !disk.move_down(SKINS_FOLDER, true)) {
         return disk;
     }
-    if (!generating && !holds_compiled_skin(disk)) {
+    if (!generating &&
+        (!holds_compiled_skin(disk) || DISK_MANAGER::file_exists(disk, COPYING_MARK))) {
         copy_seed(disk);
     }
     set_skin_path(disk);

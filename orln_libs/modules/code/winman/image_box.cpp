@@ -44,6 +44,23 @@ void put_piece(const IMAGE* piece, std::int32_t x, std::int32_t y, IMAGE& target
     }
 }
 
+// A tile costs as much as some hundred of its pixels. Where there would be many small ones, they
+// are joined to tiles of at least this side first.
+constexpr std::int32_t JOINED_SIDE = 32;
+constexpr std::int32_t MANY_TILES = 64;
+
+// Makes `joined` a picture of that many pieces.
+void join_pieces(const IMAGE& piece, std::int32_t columns, std::int32_t rows, IMAGE& joined) {
+    joined.reset(piece.width * columns, piece.height * rows);
+    piece.put(0, 0, &joined, IMAGE_COPY_SOLID);
+    for (std::int32_t done = piece.width; done < joined.width; done *= 2) {
+        joined.copy(&joined, 0, 0, done, 0, done, piece.height, IMAGE_COPY_SOLID);
+    }
+    for (std::int32_t done = piece.height; done < joined.height; done *= 2) {
+        joined.copy(&joined, 0, 0, 0, done, joined.width, done, IMAGE_COPY_SOLID);
+    }
+}
+
 // Repeats the piece over the rectangle from its top left corner; the last tiles are cut. Only tiles
 // in the active area cost anything.
 void tile_piece(const IMAGE* piece, std::int32_t x1, std::int32_t y1, std::int32_t x2,
@@ -59,7 +76,22 @@ void tile_piece(const IMAGE* piece, std::int32_t x1, std::int32_t y1, std::int32
     const std::int32_t end_x = std::min<std::int32_t>(x2, target.active_right);
     const std::int32_t end_y = std::min<std::int32_t>(y2, target.active_bottom);
     const std::int32_t start_x = first_tile(x1, target.active_left, width);
-    for (std::int32_t y = first_tile(y1, target.active_top, height); y <= end_y; y += height) {
+    const std::int32_t start_y = first_tile(y1, target.active_top, height);
+    if (start_x > end_x || start_y > end_y) {
+        return;
+    }
+    const std::int32_t columns = (end_x - start_x) / width + 1;
+    const std::int32_t rows = (end_y - start_y) / height + 1;
+    if (columns * rows > MANY_TILES &&
+        ((columns > 1 && width < JOINED_SIDE) || (rows > 1 && height < JOINED_SIDE))) {
+        const auto pieces_of = [](std::int32_t side) { return (JOINED_SIDE + side - 1) / side; };
+        IMAGE joined;
+        join_pieces(*piece, std::min(columns, pieces_of(width)), std::min(rows, pieces_of(height)),
+                    joined);
+        tile_piece(&joined, start_x, start_y, x2, y2, target, copy_type);
+        return;
+    }
+    for (std::int32_t y = start_y; y <= end_y; y += height) {
         for (std::int32_t x = start_x; x <= end_x; x += width) {
             piece->put(0, 0, std::min(width, x2 - x + 1), std::min(height, y2 - y + 1), x, y,
                        &target, copy_type);

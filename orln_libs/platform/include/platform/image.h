@@ -142,7 +142,8 @@ public:
 
     // What may be drawn on. The corners are clamped to the image.
     void set_active_area(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
-    // Narrows the active area to what it has in common with the rectangle, perhaps nothing.
+    // Narrows the active area to what it has in common with the rectangle, perhaps nothing. That of
+    // an object without a width, whose second corner lies before the first, is empty.
     void add_rect_to_active_area(std::int32_t x1, std::int32_t y1, std::int32_t x2,
                                  std::int32_t y2);
     // Widens the dirty rectangle by the part of this one that lies in the active area.

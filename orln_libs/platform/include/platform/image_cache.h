@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "platform/image.h"
 #include "platform/ptrarray.h"
@@ -37,6 +38,8 @@ struct CACHE_ENTRY {
     std::uint16_t use_count = 0;  // stays for good once it has reached MAX_USES
     bool custom = false;          // a private copy, never shared
     bool stale = false;           // to go when the last user leaves
+    // What the whole picture has been recoloured to in place, if it hasn't changed since.
+    std::optional<COLOUR> tint;
 
     bool is_original_size() const { return width == orig_width && height == orig_height; }
     bool is_shareable() const { return !custom && !stale; }
@@ -94,7 +97,8 @@ public:
     // size is scaled from that, with `resize_type` as the argument `smooth` of IMAGE::resize; only
     // a file that it doesn't have at all is read. Null if there is none. That a file couldn't be
     // read is remembered, until it is asked for with RELOAD, unless FORGET_FAILURE or
-    // `discard_unused` is set.
+    // `discard_unused` is set. While the pictures take `max_picture_bytes` or more, no file is
+    // read; its name is traced then.
     IMAGE* open_image(const char* path, const char* name, std::int32_t width, std::int32_t height,
                       unsigned char flags, unsigned char resize_type);
 
@@ -123,7 +127,8 @@ public:
     // nothing happens, and the change is seen by all.
     void make_custom(IMAGE*& image);
 
-    // make_custom, then the operation of IMAGE.
+    // make_custom, then the operation of IMAGE. In place a picture takes a tint once, however many
+    // of its users ask for it: rounding would make it darker each time.
     void recolour(IMAGE*& image, COLOUR colour);
     void recolour_channel(IMAGE*& image, COLOUR colour, char channel);
     void replace_colour(IMAGE*& image, COLOUR from, COLOUR to, unsigned char keep_alpha = 0);
@@ -140,6 +145,9 @@ public:
     PTRARRAY entries;  // of CACHE_ENTRY*, sorted by compare_cache_entries_callback
     bool discard_unused = false;
     bool recolour_in_place = false;
+    // Small files can hold large pictures, and a folder can hold any number of them. What no skin
+    // comes near to.
+    std::int64_t max_picture_bytes = std::int64_t{1} << 30;
 
 private:
     struct RANGE {
@@ -154,6 +162,7 @@ private:
     CACHE_ENTRY* find_match(RANGE range, std::int32_t width, std::int32_t height) const;
     CACHE_ENTRY* find_source(RANGE range) const;
     CACHE_ENTRY* find_failure(RANGE range) const;
+    bool is_full() const;
     CACHE_ENTRY* load_new(const char* path, const char* name, std::int32_t width,
                           std::int32_t height, unsigned char flags);
     CACHE_ENTRY* add_entry(const char* path, const char* name);
@@ -164,6 +173,8 @@ private:
     void remove_entry(CACHE_ENTRY* entry);
     void release(CACHE_ENTRY& entry);
     void retire(std::int32_t index);
+    template <class OPERATION>
+    void change(IMAGE*& image, OPERATION operation);
     static bool load_entry(CACHE_ENTRY& entry, std::int32_t width, std::int32_t height);
     static void set_size_of_entry(CACHE_ENTRY& entry);
     unsigned char read_entry(const DATA_DEVICE& device, unsigned char version);

@@ -48,8 +48,8 @@ public:
 
     // The folder "skins". It is found once per run: `generating`, the one under "$APPDATA";
     // otherwise the one under "$ADD_ONS", into which the one under "$APPDATA" is copied unless it
-    // holds a compiled skin already. It is made if it isn't there; where that can't be done, the
-    // folder above it is what comes back.
+    // holds a compiled skin already; a copy that was cut short is made again. It is made if it
+    // isn't there; where that can't be done, the folder above it is what comes back.
     static DISK_MANAGER get_skin_path(unsigned char generating);
     // Names that folder from outside.
     static void set_skin_path(const DISK_MANAGER& disk);
