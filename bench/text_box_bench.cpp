@@ -25,6 +25,8 @@
 #include "platform/disk_manager.h"
 #include "platform/font_manager.h"
 #include "platform/image.h"
+#include "platform/keyboard.h"
+#include "platform/mouse.h"
 
 namespace {
 
@@ -127,10 +129,11 @@ public:
     WINDOW& operator=(const WINDOW&) = delete;
 
     // A box that fills the window.
-    TEXT_BOX& show(const std::string& text) {
-        auto* box = new TEXT_BOX(0, 0, static_cast<std::int16_t>(buffer->width - 1),
-                                 PAGE_HEIGHT - 1, text.c_str(), -1, nullptr, TBF_MULTI_LINE, "",
-                                 nullptr, nullptr, nullptr, WM_WINDOW_MANAGER::MAIN_WINDOW);
+    TEXT_BOX& show(const std::string& text, std::uint32_t more_flags = 0) {
+        auto* box =
+            new TEXT_BOX(0, 0, static_cast<std::int16_t>(buffer->width - 1), PAGE_HEIGHT - 1,
+                         text.c_str(), -1, nullptr, TBF_MULTI_LINE | more_flags, "", nullptr,
+                         nullptr, nullptr, WM_WINDOW_MANAGER::MAIN_WINDOW);
         pages->get_area(0)->add_object(box, 0);
         return *box;
     }
@@ -138,6 +141,12 @@ public:
     void draw() {
         pages->check_for_draw();
         benchmark::ClobberMemory();
+    }
+    // A whole turn of the main loop.
+    void tick() {
+        WM_SCREEN_OBJECT::now_ms += 15;
+        pages->monitor(0);
+        draw();
     }
 
 private:
@@ -243,6 +252,75 @@ void scroll_page_box(benchmark::State& state) {
         window.draw();
     }
     window.remove(box);
+}
+
+// A user in the middle of the text.
+class EDITING {
+public:
+    explicit EDITING(const benchmark::State& state)
+        : window(width_of(state)),
+          box(window.show(join(&TAGGED_WORD::tagged, WORD_COUNT), TBF_EDITABLE | TBF_SELECTABLE)) {
+        WM_WINDOW_MANAGER::get_instance()->set_window_as_focal_window(
+            WM_WINDOW_MANAGER::MAIN_WINDOW);
+        box.set_max_text_length(INT32_MAX);
+        box.take_focus(1);
+        MOUSE::set_position(WM_WINDOW_MANAGER::MAIN_WINDOW, 0, 0);
+        box.move_cursor(0, static_cast<std::int16_t>(box.grid->row_count / 2), 0, 0);
+        window.tick();
+    }
+    ~EDITING() {
+        MOUSE::release_all();
+        window.remove(box);
+    }
+
+    WINDOW window;
+    TEXT_BOX& box;
+};
+
+// A character and its removal, each with the drawing.
+void typing_box(benchmark::State& state) {
+    EDITING editing(state);
+    const std::size_t length = editing.box.text.size();
+    for (auto _ : state) {
+        KEYBOARD::process_char_event('x', 0);
+        editing.window.tick();
+        KEYBOARD::process_key_event(KEY_BACKSPACE);
+        editing.window.tick();
+    }
+    if (editing.box.text.size() != length) {
+        state.SkipWithError("nothing was typed");
+    }
+}
+
+// The pointer moves with the button down, half of the text being selected.
+void drag_selection_box(benchmark::State& state) {
+    EDITING editing(state);
+    editing.box.set_scroll_to_top();
+    MOUSE::set_position(WM_WINDOW_MANAGER::MAIN_WINDOW, 50, 100);
+    MOUSE::process_mouse_button(MOUSE_BUTTON_LEFT, 1);
+    editing.window.tick();
+    editing.box.set_scroll_position(editing.box.get_scroll_position() / 2);
+    std::int16_t move = 0;
+    for (auto _ : state) {
+        move = static_cast<std::int16_t>(40 - move);
+        MOUSE::set_position(WM_WINDOW_MANAGER::MAIN_WINDOW, static_cast<std::int16_t>(200 + move),
+                            200);
+        editing.window.tick();
+    }
+    if (!editing.box.has_selection()) {
+        state.SkipWithError("nothing was selected");
+    }
+}
+
+// The arrow keys, from line to line.
+void move_cursor_box(benchmark::State& state) {
+    EDITING editing(state);
+    KEY_TYPE key = KEY_DOWN;
+    for (auto _ : state) {
+        KEYBOARD::process_key_event(key);
+        editing.window.tick();
+        key = key == KEY_DOWN ? KEY_UP : KEY_DOWN;
+    }
 }
 
 // --- The peer ---
@@ -379,5 +457,8 @@ BENCHMARK(first_drawing_box)->Apply(boxes);
 BENCHMARK(first_drawing_pango)->Apply(boxes);
 BENCHMARK(scroll_page_box)->Apply(boxes);
 BENCHMARK(scroll_page_pango)->Apply(boxes);
+BENCHMARK(typing_box)->Apply(boxes);
+BENCHMARK(drag_selection_box)->Apply(boxes);
+BENCHMARK(move_cursor_box)->Apply(boxes);
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "modules/gui/tagged_text.h"
 #include "modules/gui/text_box.h"
+#include "modules/gui/text_box_link.h"
 #include "modules/gui/text_box_word.h"
 #include "modules/winman/page_manager.h"
 #include "modules/winman/page_tool_manager.h"
@@ -64,6 +65,11 @@ void make_window() {
     manager.set_window_as_focal_window(WM_WINDOW_MANAGER::MAIN_WINDOW);
 }
 
+WM_MESG use_link(WM_SCREEN_OBJECT* /*object*/, void* /*data1*/, void* tag) {
+    require(static_cast<const TEXT_BOX_TAG*>(tag)->value[0] == 'l');
+    return WM_MESG_NONE;
+}
+
 WM_SCREEN_OBJECT* make_object(TEXT_BOX& box, const char* /*prefix*/, TEXT_BOX_TAG& tag,
                               const char* word, COLOUR& /*colour*/, signed char /*style*/,
                               std::int16_t /*x_delta*/, std::int16_t /*y_delta*/,
@@ -73,6 +79,9 @@ WM_SCREEN_OBJECT* make_object(TEXT_BOX& box, const char* /*prefix*/, TEXT_BOX_TA
     if (std::strcmp(tag.type, "callback") == 0) {
         return new WM_BUTTON(0, 0, 5, 7, WM_STYLE_SET(), word, nullptr, nullptr, nullptr, nullptr,
                              1, window, 1, 0);
+    }
+    if (tag.value[0] == 'l') {
+        return new TEXT_BOX_LINK(WM_STYLE_SET(), word, nullptr, use_link, nullptr, &tag, window);
     }
     return tag.value[0] == 'w' ? new WM_SCRIPT(0, 0, -1, -1, WM_STYLE_SET(), word, window)
                                : nullptr;

@@ -1,12 +1,10 @@
 // The links in the launcher's texts.
 #include <strings.h>
 
-#include <cstring>
-
 #include "launcher/launcher.h"
 #include "modules/gui/gui_skin.h"
 #include "modules/gui/text_box.h"
-#include "modules/winman/wm_button.h"
+#include "modules/gui/text_box_link.h"
 #include "platform/process_tools.h"
 
 namespace {
@@ -21,20 +19,17 @@ WM_SCREEN_OBJECT* LAUNCHER::create_text_box_tag_object_callback(
     std::int16_t /*font_y_delta*/, unsigned char enabled, signed char window) {
     static std::int32_t TEXT_BOX_BUTTON_INDEX = -1;
     const bool is_link = ::strcasecmp(tag.type, "url") == 0;
-    auto* button = new WM_BUTTON(
-        0, 0, -1, -1,
+    auto* button = new TEXT_BOX_LINK(
         GUI_SKIN::get_style_set("TEXT_BOX_BUTTON", style_prefix, &TEXT_BOX_BUTTON_INDEX), word,
         nullptr, is_link ? handle_tag_callback : nullptr,
         is_link ? reinterpret_cast<void*>(OPEN_ADDRESS) : nullptr, is_link ? &tag : nullptr,
-        BUTTON_EVENT_RELEASE, window, 1, 0);
+        window);
     if (colours != COLOUR_INVISIBLE) {
         button->text = colours;
         button->highlight_text = colours.with_alpha(button->highlight_text.alpha());
         button->mouse_over_text = colours.with_alpha(button->mouse_over_text.alpha());
     }
     button->enabled = enabled != 0;
-    // A link is one stop on the way of the focus, however many words it has.
-    button->allowed_focus = is_link && std::strncmp(tag.name, word, std::strlen(word)) == 0;
     return button;
 }
 

@@ -4,14 +4,13 @@
 
 #include <cinttypes>
 #include <cstdio>
-#include <cstring>
 
 #include "gallery_camera.h"
 #include "modules/gui/gui_skin.h"
 #include "modules/gui/text_box.h"
+#include "modules/gui/text_box_link.h"
 #include "modules/winman/style_set.h"
 #include "modules/winman/window_manager.h"
-#include "modules/winman/wm_button.h"
 
 namespace {
 
@@ -105,13 +104,10 @@ WM_SCREEN_OBJECT* GALLERY_PAGE_TEXT::create_link(TEXT_BOX& /*box*/, const char* 
     if (!is_url && ::strcasecmp(tag.type, "callback") != 0) {
         return nullptr;
     }
-    auto* button = new WM_BUTTON(
-        0, 0, -1, -1, GUI_SKIN::get_style_set("TEXT_BOX_BUTTON", style_prefix), word, tag.value,
-        handle_callback, to_data(LINK), &tag, BUTTON_EVENT_RELEASE, window, 1, 0);
-    button->enabled = enabled != 0;
-    // One stop on the way of the focus, however many words the link has.
-    button->allowed_focus = std::strncmp(tag.name, word, std::strlen(word)) == 0;
-    return button;
+    auto* link = new TEXT_BOX_LINK(GUI_SKIN::get_style_set("TEXT_BOX_BUTTON", style_prefix), word,
+                                   tag.value, handle_callback, to_data(LINK), &tag, window);
+    link->enabled = enabled != 0;
+    return link;
 }
 
 WM_MESG GALLERY_PAGE_TEXT::act(WM_SCREEN_OBJECT& object, std::int32_t command) {

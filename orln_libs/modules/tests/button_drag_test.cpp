@@ -204,4 +204,20 @@ TEST_F(ButtonDragTest, ButtonMayGoWhileItIsDragged) {
     tick();
 }
 
+TEST_F(ButtonDragTest, PageMayBeBuiltAnewWhileItIsDragged) {
+    button->add_object(new TEST_OBJECT(12, 12, 2, 2), 0);
+    drag_to(60, 60);
+    area().clear_objects(1, 0);  // only the modal objects go
+    EXPECT_FALSE(button->dragging);
+    EXPECT_EQ(&area(), button->parent);
+    button->request_draw(0, 0);
+    EXPECT_TRUE(take_redraw());
+    release();
+    drag_to(60, 60);
+    ASSERT_TRUE(is_in_modal_list());
+    area().clear_objects(0, 1);  // the page was the owner all along
+    EXPECT_EQ(0, info().modal_screen_objects.get_count());
+    EXPECT_EQ(0, TEST_OBJECT::alive);
+}
+
 }  // namespace

@@ -505,6 +505,17 @@ TEST_F(GridTest, TheFocusStaysInView) {
     EXPECT_EQ(grid->get_object(0, 4), focal()) << "left at the bottom: the last row in view";
 }
 
+TEST_F(GridTest, TheFocusThatFollowsTheViewDoesntMoveIt) {
+    WM_GRID* grid = add_grid(50, 55);
+    fill(grid, 30);
+    draw_all();
+    grid->give_child_object_focus(0, 0);
+    grid->set_scroll_to_position(13);
+    EXPECT_EQ(grid->get_object(0, 1), focal()) << "in view in part";
+    whole_tick();
+    EXPECT_EQ(13, grid->get_scroll_position());
+}
+
 TEST_F(GridTest, TheFocusWalkBringsRowsWhollyIntoView) {
     WM_GRID* grid = add_grid(50, 55);
     fill(grid, 30);
@@ -581,6 +592,24 @@ TEST_F(GridTest, RowsAndDividersAreDrawn) {
     EXPECT_EQ(TEXT, pixel(30, 12)) << "one pixel right of the first column";
     EXPECT_EQ(TEXT, pixel(30, 59)) << "over the inner height";
     EXPECT_EQ(FACE, pixel(31, 12));
+}
+
+TEST_F(GridTest, NothingIsDrawnBeyondTheView) {
+    grid_style.y_spacing = 2;
+    grid_style.border_top_gap = 2;
+    WM_GRID* grid = add_grid(50, 50);
+    fill(grid, 10);
+    grid->rows[0]->highlighted = true;
+    grid->set_scroll_to_position(9);  // of row 0 only the gap below it is in view
+    draw_all();
+    EXPECT_EQ(FACE, pixel(12, 11)) << "the border";
+    EXPECT_EQ(COLOUR_RED, pixel(12, 13)) << "row 1";
+    // A bar that is too short for its pieces.
+    grid->resize(50, 18, 0);
+    area().mark_entire_redraw_area();
+    draw_all();
+    EXPECT_EQ(0, count_pixels(10, 28, 59, 60, FACE) + count_pixels(10, 28, 59, 60, TEXT) +
+                     count_pixels(10, 28, 59, 60, HIGHLIGHT));
 }
 
 TEST_F(GridTest, OnlyTheUsedHeightIsFilled) {

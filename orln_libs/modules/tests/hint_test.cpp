@@ -2,6 +2,7 @@
 #include "controls_fixture.h"
 #include "modules/winman/wm_image.h"
 #include "modules/winman/wm_script.h"
+#include "platform/process_tools.h"
 
 namespace {
 
@@ -84,6 +85,19 @@ TEST_F(HintTest, InputTakesItAway) {
     EXPECT_TRUE(button->hint.is_showing());
 }
 
+TEST_F(HintTest, TheWheelTakesItAway) {
+    MOUSE::wheel_pos = 2;  // that nobody wanted, from before
+    show_hint();
+    tick();
+    EXPECT_TRUE(button->hint.is_showing());
+    MOUSE::wheel_pos = 1;
+    tick();
+    EXPECT_FALSE(button->hint.is_showing());
+    tick(485);
+    EXPECT_FALSE(button->hint.is_showing()) << "the clock began anew";
+    MOUSE::wheel_pos = 0;
+}
+
 TEST_F(HintTest, OffOrHiddenShowsNone) {
     WM_SCREEN_OBJECT::hint_delay_time = WM_SCREEN_OBJECT::HINTS_OFF;
     point(20, 70);
@@ -124,6 +138,57 @@ TEST_F(HintTest, NextControlGoesOnWithTheClock) {
     EXPECT_FALSE(next->hint.is_showing());
     tick(300);
     EXPECT_TRUE(next->hint.is_showing());
+}
+
+TEST_F(HintTest, GoesWithWhatItsControlStandsIn) {
+    TEST_OBJECT* panel = add(new TEST_OBJECT(0, 50, 100, 50));
+    area().objects.remove_node(button);
+    panel->add_object(button, 0);
+    button->callback_flags = BUTTON_EVENT_PRESS;
+    show_hint();
+    panel->hide(0, 0);
+    press();
+    EXPECT_EQ(0, calls);  // nobody sees the button
+    release();
+    panel->request_draw(0, 0);
+    show_hint();
+    panel->hide(0, 0);
+    tick();
+    EXPECT_FALSE(button->hint.is_showing());
+}
+
+TEST_F(HintTest, LeavesTheFocusWhereItIs) {
+    WM_SCREEN_OBJECT::millisecond_clock = [] { return TEST_CLOCK::time; };
+    WM_BUTTON* before = add_button(100, 10, 119, 29);
+    WM_BUTTON* focused = add_button(120, 10, 139, 29);
+    WM_BUTTON* next = add_button(140, 10, 159, 29);
+    before->take_focus(1);
+    pages().monitor(0);
+    focused->take_focus(1);
+    const auto tick_page = [](int px, std::uint32_t ms) {
+        MOUSE::set_position(0, static_cast<std::int16_t>(px), 70);
+        TEST_CLOCK::time += ms;
+        pages().monitor(0);
+    };
+    tick_page(20, 15);
+    tick_page(20, 500);
+    ASSERT_TRUE(button->hint.is_showing());
+    tick_page(25, 15);
+    EXPECT_TRUE(focused->has_focus());
+    type(KEY_TAB);
+    tick_page(25, 15);
+    EXPECT_TRUE(button->hint.is_showing());
+    EXPECT_TRUE(next->has_focus());
+    KEYBOARD::set_modifiers(KEYBOARD_MODIFIER_CONTROL);
+    type(KEY_TAB);
+    tick_page(25, 15);
+    KEYBOARD::set_modifiers(0);
+    EXPECT_TRUE(button->has_focus());  // the first of the area
+    tick_page(180, 15);
+    EXPECT_FALSE(button->hint.is_showing());
+    tick_page(180, 15);
+    EXPECT_TRUE(button->has_focus());
+    WM_SCREEN_OBJECT::millisecond_clock = get_ms_count;
 }
 
 TEST_F(HintTest, IconHasAHintOfItsOwn) {

@@ -417,6 +417,45 @@ TEST_F(MenuTest, EscapeClosesTheWholeChain) {
     EXPECT_EQ(0, area().get_modal_object_count());
 }
 
+TEST_F(MenuTest, APopupWhoseButtonIsntDrawnYetIsShown) {
+    effect.flags = EFFECT_FADE_IN;  // at first nothing of the menu is on the back buffer
+    effect.time = 100000;
+    WM_FLOATING_MENU* menu = add_floating_menu(20, 20, nullptr);
+    WM_MENU* sub = menu->add_menu("More", 0, 0, nullptr, nullptr);
+    fill(sub->popup.get(), 5);
+    area().add_modal_object(menu, 0);
+    whole_tick();
+    sub->open();
+    whole_tick();
+    const WM_FLOATING_MENU& popup = *sub->popup;
+    EXPECT_EQ(FACE, pixel(popup.x + 1, popup.y + popup.height - 1));
+}
+
+TEST_F(MenuTest, AButtonUnderADialogShowsThatItsPopupHasGone) {
+    WM_MENU* menu = open_menu(3);
+    EXPECT_EQ(HIGHLIGHT, pixel(22, 22));
+    // A dialog of its own accord, by which the button's monitor isn't called any more.
+    auto* dialog = new TEST_OBJECT(100, 100, 20, 20);
+    area().add_modal_object(dialog, 0);
+    menu->start_closing_popup();
+    whole_tick();
+    whole_tick();
+    EXPECT_FALSE(menu->popup->visible);
+    EXPECT_EQ(FACE, pixel(22, 22));
+}
+
+TEST_F(MenuTest, OpenedAnewItForgetsItsSubMenus) {
+    WM_MENU* menu = add_menu(20, 20, MENU_BELOW);
+    WM_MENU* sub = menu->popup->add_menu("More", 0, 0, nullptr, nullptr);
+    fill(sub->popup.get(), 2);
+    menu->open();
+    sub->open();
+    menu->open();
+    EXPECT_TRUE(menu->popup->visible);
+    EXPECT_FALSE(sub->popup->visible);
+    EXPECT_EQ(1, area().get_modal_object_count());
+}
+
 // --- Groups ---
 
 TEST_F(MenuTest, AGroupFollowsThePointer) {

@@ -169,6 +169,23 @@ TEST_F(PageManagerTest, AWaitingPageIsDestroyedByTheNext) {
     EXPECT_THAT(TEST_PAGE::life, ElementsAre("-a"));
 }
 
+TEST_F(PageManagerTest, APageWithoutDataIsDestroyedToo) {
+    static int destroyed;
+    destroyed = 0;
+    const auto choose = [] {
+        pages().set_next_page(
+            0, [](WM_PAGE_MANAGER&) {}, [](void*& data) { destroyed += data == nullptr; }, nullptr,
+            nullptr, 0, 0, nullptr);
+    };
+    choose();
+    choose();
+    EXPECT_EQ(1, destroyed);
+    pages().go_to_page(0);
+    choose();
+    pages().go_to_page(0);
+    EXPECT_EQ(2, destroyed);
+}
+
 TEST_F(PageManagerTest, EntriesCanBeDeletedButNotTheCurrentOne) {
     go("a");
     go("b");
@@ -307,6 +324,13 @@ TEST_F(PageManagerTest, ASimulatedClickLeavesTheRealMouseAsItWas) {
     };
     pages().monitor(0);
     EXPECT_TRUE(MOUSE::is_down(MOUSE_BUTTON_LEFT));
+    area(1).get_current().monitor = [](WM_PAGE_MANAGER&) {
+        MOUSE::set_position(0, 30, 31);
+        return WM_MESG_NONE;
+    };
+    pages().monitor(0);
+    EXPECT_EQ(30, MOUSE::x);
+    EXPECT_EQ(0, MOUSE::window);
 }
 
 TEST_F(PageManagerTest, ControlsReachTheirPage) {

@@ -666,6 +666,12 @@ TEST_F(DialogTest, OutlineIsDraggedAndLeavesNoTrace) {
     EXPECT_EQ(90, dialog->x);
     EXPECT_EQ(70, dialog->y);
     expect_picture_complete("dropped");
+    mouse(95, 72, true);
+    mouse(25, 22, true);
+    area().clear_objects(1, 0);
+    pages().check_for_draw();
+    expect_picture_complete("removed in the middle of a drag");
+    area().add_modal_object(&clock, 0);
 }
 
 // --- What else ---

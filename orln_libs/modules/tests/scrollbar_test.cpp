@@ -219,6 +219,10 @@ TEST_F(ScrollbarTest, ALinkedVariableKeepsStep) {
     bar->move_slew_var(SCROLLBAR_LINE_UP);
     EXPECT_EQ(20, linked.value.long_value);
     EXPECT_EQ(100, value());
+    // Nor does what it takes over pass the limit.
+    bar->limit = 75;
+    bar->move_slew_var(SCROLLBAR_LINE_DOWN);
+    EXPECT_EQ(75, value());
 }
 
 TEST_F(ScrollbarTest, FractionsScrollToo) {

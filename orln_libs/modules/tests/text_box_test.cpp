@@ -175,6 +175,34 @@ TEST_F(TextBoxTags, FadedHalvesTheAlphaAndSizesAreDifferences) {
     EXPECT_EQ(LINE_HEIGHT, word(box, 1, 0).style->font_y_sz);
     EXPECT_EQ(1, word(box, 2, 0).style->font_y_sz);  // 10 less 10, but a size
     EXPECT_EQ(LINE_HEIGHT, word(box, 3, 0).style->font_x_sz);
+    const TEXT_BOX& signs =
+        make("<:font_x_size#+2>a<:font_x_size# 99999999999>b<:font_x_size#-99999999999>c",
+             TBF_MULTI_LINE, 100);
+    EXPECT_EQ(LINE_HEIGHT + 2, word(signs, 0, 0).style->font_x_sz);
+    EXPECT_EQ(LINE_HEIGHT + 10, word(signs, 1, 0).style->font_x_sz);
+    EXPECT_EQ(1, word(signs, 2, 0).style->font_x_sz);
+}
+
+TEST_F(TextBoxTags, ALineIsAsHighAsItsHighestText) {
+    const auto heights = [](const TEXT_BOX& box) {
+        std::vector<int> result;
+        for (const auto& row : box.grid->rows) {
+            result.push_back(row->height);
+        }
+        return result;
+    };
+    const std::string text = "a\nb<:font_y_size#6>c<:font_y_size#-4>d\ne<:font_y_size#3>\n\n<f:x#>";
+    const TEXT_BOX& box = make(text, TBF_MULTI_LINE, 50);
+    EXPECT_EQ((std::vector<int>{10, 16, 10, 13, 13}), heights(box));
+    EXPECT_EQ(16, word(box, 0, 1).height);
+    EXPECT_EQ(26, word(box, 0, 2).y);
+    EXPECT_EQ(62, make(text, TBF_MULTI_LINE, 50, 0).height);
+    EXPECT_FALSE(make(text, TBF_MULTI_LINE, 50, 62).get_scrolling());
+    EXPECT_TRUE(make(text, TBF_MULTI_LINE, 50, 61).get_scrolling());
+    // A single line has the height of its box, or its text's own.
+    const std::string line = "a<:font_y_size#6>b";
+    EXPECT_EQ((std::vector<int>{12}), heights(make(line, 0, 50, 12)));
+    EXPECT_EQ(16, make(line, 0, 50, 0).height);
 }
 
 TEST_F(TextBoxTags, WhatIsNoTagStaysVisible) {
@@ -643,6 +671,16 @@ TEST_F(TextBoxSize, ASingleLineThatDoesNotFitHasAHint) {
     EXPECT_STREQ("another long text", box.get_hint_text());
     box.resize(100, box.height, 1);
     EXPECT_EQ(nullptr, box.get_hint_text());
+    // Also when the user changes the text, and when it becomes a secret.
+    TEXT_BOX& edited = make("a text", TBF_EDITABLE, 20, 30);
+    edited.resize(5, 30, 1);
+    ASSERT_STREQ("a text", edited.get_hint_text());
+    edited.take_focus(0);
+    KEYBOARD::process_char_event('s', 0);
+    area().monitor();
+    EXPECT_STREQ("a texts", edited.get_hint_text());
+    edited.set_flags(TBF_EDITABLE | TBF_PASSWORD);
+    EXPECT_EQ(nullptr, edited.get_hint_text());
 }
 
 // --- Drawing ---

@@ -231,6 +231,21 @@ TEST_F(TextEditMouseTest, ClicksThatSelectAllAndClicksThatFire) {
     EXPECT_FALSE(box->has_focus());
 }
 
+TEST_F(TextEditMouseTest, ABoxThatIsNotEnabledStillHasItsHint) {
+    add_box("abc", EDIT | TBF_CLICK_FIRES);
+    box->set_hint_text("hint");
+    box->set_enabled(0);
+    WM_SCREEN_OBJECT::hint_delay_time = 500;
+    point_at(1);
+    tick(500);
+    EXPECT_TRUE(box->hint.is_showing());
+    press();
+    EXPECT_FALSE(box->hint.is_showing());
+    EXPECT_EQ(0, calls);
+    EXPECT_FALSE(box->has_focus());
+    release();
+}
+
 // --- Focus ---
 
 TEST_F(TextEditMouseTest, FocusComesAndGoes) {

@@ -361,6 +361,17 @@ TEST_F(TextEditTest, TheHistoryIsBounded) {
         shortcut('z');
     }
     EXPECT_EQ(201u, box->text.size());
+    area().remove_object(box, 1, 0);
+
+    // Of a text of a megabyte there are fewer.
+    constexpr int LENGTH = 1 << 20;
+    edit("|" + std::string(LENGTH, 'a'), LINES, 2 * LENGTH);
+    for (int i = 0; i < 20; ++i) {
+        type("b");
+    }
+    EXPECT_EQ(15, box->history.get_count());
+    shortcut('z');
+    EXPECT_EQ(LENGTH + 19u, box->text.size());
 }
 
 // --- Clipboard ---

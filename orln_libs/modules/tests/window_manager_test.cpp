@@ -418,6 +418,10 @@ TEST_F(Windows, AlertsSlideInAndOut) {
     EXPECT_NE(nullptr, manager()->get_page_manager(3));
     manager()->monitor(0);
     EXPECT_EQ(1, window(3).y);
+    window(3).set_target_positions(-1, 12);  // only one way
+    manager()->monitor(0);
+    EXPECT_EQ(12, window(3).y);
+    EXPECT_EQ(desktop_width - 61, window(3).x);
 }
 
 TEST_F(Windows, FullScreenComesAndGoes) {

@@ -133,7 +133,6 @@ void TEXT_BOX::set_text(const char* source, unsigned char force) {
 
 void TEXT_BOX::show_changed_text() {
     refresh();
-    update_fit_hint(hint_set);
     if (flags & TBF_EDITABLE) {
         move_cursor_to_end();
     }

@@ -1,13 +1,16 @@
 // Undo and redo of text boxes. The history holds whole texts; while its position is 0 or more, the
 // entry there is the text on show, and those above it are what can be done again.
+#include <algorithm>
 #include <cstring>
 
 #include "modules/gui/text_box.h"
 
 namespace {
 
-// The oldest states are forgotten beyond this.
-constexpr std::int32_t MAX_HISTORY = 1000;
+// The oldest states are forgotten beyond this: the count, and the size of as many texts like the
+// present one. Undo needs two.
+constexpr std::size_t MAX_HISTORY = 1000, MIN_HISTORY = 2;
+constexpr std::size_t MAX_HISTORY_BYTES = 16 << 20;
 
 }  // namespace
 
@@ -17,7 +20,9 @@ void TEXT_BOX::push_history() {
     if (!history.add(copy)) {
         delete[] copy;
     }
-    if (history.get_count() > MAX_HISTORY) {
+    const std::size_t limit =
+        std::clamp(MAX_HISTORY_BYTES / (text.size() + 1), MIN_HISTORY, MAX_HISTORY);
+    while (static_cast<std::size_t>(history.get_count()) > limit) {
         history.remove(0);
     }
 }

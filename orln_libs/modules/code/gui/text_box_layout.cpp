@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "modules/winman/wm_grid.h"
+#include "to_short.h"
 #include "word_font.h"
 
 TEXT_BOX_LAYOUT::TEXT_BOX_LAYOUT(TEXT_BOX& laid_out, std::string_view shown, bool may_narrow_)
@@ -112,8 +113,9 @@ void TEXT_BOX_LAYOUT::finish_word() {
         return;
     }
     const auto length = static_cast<std::int32_t>(word.size());
+    const std::int32_t height = made->height;
     word.clear();
-    place(std::move(made));
+    place(std::move(made), height);
     box.plain_length += stopped ? 0 : length;
 }
 
@@ -141,13 +143,14 @@ void TEXT_BOX_LAYOUT::add_cut_word(WORD made) {
     }
     box.plain_length += kept;
     word.clear();
-    append(std::move(made));
+    const std::int32_t height = made->height;
+    append(std::move(made), height);
     // The caret at the end of this line stands behind the last character.
     line_end = at;
     wrap_line();
 }
 
-void TEXT_BOX_LAYOUT::place(WORD made) {
+void TEXT_BOX_LAYOUT::place(WORD made, std::int32_t height) {
     if (!fits(made->width) && !line.is_empty()) {
         if (is_spaces(*previous) && !keeps_spaces) {
             line_x -= previous->width;
@@ -167,11 +170,12 @@ void TEXT_BOX_LAYOUT::place(WORD made) {
         stopped = true;
         return;
     }
-    append(std::move(made));
+    append(std::move(made), height);
 }
 
-void TEXT_BOX_LAYOUT::append(WORD made) {
+void TEXT_BOX_LAYOUT::append(WORD made, std::int32_t height) {
     made->enabled = box.enabled;
+    text_height = std::max(text_height, height);
     line_x += made->width;
     line_end = made->text_end;
     if (line.add(made.get())) {
@@ -197,20 +201,36 @@ void TEXT_BOX_LAYOUT::end_line(std::int32_t marker_index, bool justify) {
     TEXT_BOX_LOOK end_look = look;
     end_look.bg = COLOUR_INVISIBLE;
     auto marker = std::make_unique<TEXT_BOX_WORD>(std::int16_t{0}, std::int16_t{0}, std::int16_t{0},
-                                                  std::int16_t{0}, get_style(end_look),
+                                                  std::int16_t{-1}, get_style(end_look),
                                                   std::string(), box.window);
     marker->text_start = marker->text_end = marker_index;
     marker->enabled = box.enabled;
+    if (line.is_empty()) {
+        text_height = marker->height;  // that of the caret
+    }
     if (line.add(marker.get())) {
         static_cast<void>(marker.release());
     }
     extent = std::max(extent, indent + line_x);
-    box.create_text_box_words(row, indent, get_left_margin(), line, justify);
+    make_row(justify);
     line.clear();
     previous = nullptr;
-    line_x = 0;
+    line_x = text_height = 0;
     indent = get_left_margin();
     ++row;
     outgrown = may_narrow && box.grid->is_overflowing();
     stopped = stopped || outgrown || row >= TEXT_BOX::MAX_ROWS - 1;
+}
+
+// As high as its text asks for, but no lower than the grid's rows. A single line has the height of
+// its box, if that isn't to be found.
+void TEXT_BOX_LAYOUT::make_row(bool justify) {
+    WM_GRID& grid = *box.grid;
+    const std::int16_t usual = grid.row_height;
+    if (multi_line || box.auto_height) {
+        grid.set_row_height(
+            to_short(std::max<std::int32_t>(usual, text_height - grid.grid_style.y_spacing)));
+    }
+    box.create_text_box_words(row, indent, get_left_margin(), line, justify);
+    grid.set_row_height(usual);
 }

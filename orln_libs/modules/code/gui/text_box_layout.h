@@ -78,9 +78,10 @@ private:
     // --- Words ---
     void finish_word();
     void add_cut_word(WORD made);
-    // Puts a word behind the line, or on the next one.
-    void place(WORD made);
-    void append(WORD made);
+    // Puts a word behind the line, or on the next one. A text of the given height must fit into the
+    // line.
+    void place(WORD made, std::int32_t text_height);
+    void append(WORD made, std::int32_t text_height);
     std::string get_displayed(std::string_view characters) const;
     bool is_full() const { return line.get_count() >= MAX_LINE_WORDS; }
     bool fits(std::int32_t word_width) const;
@@ -91,6 +92,7 @@ private:
     // --- Lines ---
     void wrap_line();
     void end_line(std::int32_t marker_index, bool justify);
+    void make_row(bool justify);
     std::int16_t get_left_margin() const;
 
     // --- Tags: code/gui/text_box_tags.cpp ---
@@ -132,7 +134,8 @@ private:
     TEXT_BOX_WORD* previous = nullptr;  // the last of `line`
     std::int32_t line_end = 0;          // the last index of the line
     std::int16_t row = 0;
-    std::int32_t line_x = 0;  // from the indent
+    std::int32_t line_x = 0;       // from the indent
+    std::int32_t text_height = 0;  // of the highest text of the line
     std::int16_t indent = 0;
     std::array<std::int16_t, MAX_INDENTS> indents{};
     std::size_t indent_count = 0;

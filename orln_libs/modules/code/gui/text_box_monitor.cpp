@@ -21,23 +21,30 @@ struct TEXT_BOX::MOUSE_TICK {
     bool left_pressed, right_pressed;  // in this tick
     bool right_released;
     bool moved;
-    bool inside;                      // the box
-    bool over_text;                   // without the scroll bar
-    bool click_is_selection = false;  // it has selected all, and does nothing more to the cursor
+    bool inside;     // the box
+    bool over_text;  // without the scroll bar
 };
 
 WM_MESG TEXT_BOX::monitor() {
     end_info_message();
-    MOUSE_TICK mouse = track_mouse();
+    const MOUSE_TICK mouse = track_mouse();
     if (had_focus && !has_focus()) {
         show_focus_loss();
     } else if (has_focus() && (!had_focus || !get_cursor().is_set())) {
         show_focus_return();
     }
     had_focus = has_focus();
-    if (!enabled || !visible) {
+    if (!visible) {
         return WM_MESG_NONE;
     }
+    const WM_MESG result = enabled ? monitor_input(mouse) : WM_MESG_NONE;
+    if (result == WM_MESG_NONE) {
+        hint.monitor(mouse.inside, mouse.left || mouse.right, mouse.x, mouse.y);
+    }
+    return result;
+}
+
+WM_MESG TEXT_BOX::monitor_input(const MOUSE_TICK& mouse) {
     WM_MESG result = WM_SCREEN_OBJECT::monitor();
     if (result != WM_MESG_NONE) {
         return result;
@@ -67,7 +74,6 @@ WM_MESG TEXT_BOX::monitor() {
     if (manager != nullptr && mouse.over_text && can_have_focus() && manager->mouse_icon == 0) {
         manager->mouse_icon = TEXT_POINTER;
     }
-    hint.monitor(mouse.inside, mouse.left || mouse.right, mouse.x, mouse.y);
     return result;
 }
 

@@ -58,7 +58,7 @@ bool stretch_gaps(const LINE_WORDS& words, std::int32_t indent, std::int32_t fix
     auto left = static_cast<std::int32_t>(gaps.size());
     for (TEXT_BOX_WORD* gap : gaps) {
         const std::int32_t share = std::max((room - total) / left--, 0);
-        gap->width = to_short(gap->width + share);
+        gap->resize(to_short(gap->width + share), gap->height, 1);  // with the space of a link
         total += share;
     }
     return !gaps.empty();
@@ -263,6 +263,7 @@ void TEXT_BOX::refresh(unsigned char /*unused*/) {
     grid->first_visible = grid->last_visible = -1;  // the rows have been given their offsets
     set_scroll_place(scrolled);
     show_info();
+    update_fit_hint(hint_set);
     redraw();
 }
 

@@ -2,10 +2,13 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <limits>
+#include <memory>
 #include <utility>
 
 #include "kvcore/text_field.h"
 #include "modules/gui/gui_skin.h"
+#include "modules/gui/text_box_link.h"
 #include "modules/winman/wm_button.h"
 #include "modules/winman/wm_grid.h"
 #include "modules/winman/wm_script.h"
@@ -20,12 +23,19 @@ constexpr std::int32_t MAX_FONT_DELTA = 10;
 constexpr std::intptr_t TAG_CALLBACK = 7;  // the first value of handle_callback
 constexpr std::string_view POSSESSIVE = "'s";
 
-// The number at the start of a text; 0 if there is none or it doesn't fit.
+// The number at the start of a text, behind blanks; 0 if there is none, and the nearest one if it
+// doesn't fit.
 template <class NUMBER>
 NUMBER read_number(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    text.remove_prefix(text.starts_with('+') ? 1 : 0);
     NUMBER number = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    return result.ec == std::errc() ? number : NUMBER{0};
+    if (result.ec == std::errc::result_out_of_range) {
+        using LIMITS = std::numeric_limits<NUMBER>;
+        return text.starts_with('-') ? LIMITS::min() : LIMITS::max();
+    }
+    return number;
 }
 
 // "%ld,%ld": blanks may stand before each number, and anything behind the second.
@@ -214,6 +224,7 @@ void TEXT_BOX_LAYOUT::take_named_tag(const TEXT_BOX_TAG_PLACE& place) {
         return;
     }
     static_cast<void>(tag.release());
+    const auto link = std::make_shared<TEXT_BOX_LINK::WORDS>();
     for (std::size_t start = 0; start < name.size() && !stopped;) {
         const bool spaces = name[start] == ' ';
         std::size_t end = start;
@@ -222,6 +233,9 @@ void TEXT_BOX_LAYOUT::take_named_tag(const TEXT_BOX_TAG_PLACE& place) {
         }
         const std::string piece(name.substr(start, end - start));
         WM_SCREEN_OBJECT* const object = create_tag_object(kept, piece);
+        if (auto* const link_word = dynamic_cast<TEXT_BOX_LINK*>(object)) {
+            link_word->join(link);
+        }
         place_object(object, object->get_height(), spaces, place, start == 0);
         start = end;
     }
@@ -282,7 +296,9 @@ void TEXT_BOX_LAYOUT::place_object(WM_SCREEN_OBJECT* object, std::int32_t height
     holder->text_end = place.value_end;
     holder->continuation = !first;
     holder->add_object(object, 1);
-    this->place(std::move(holder));
+    // Another object takes the height that the line has.
+    const bool is_text = dynamic_cast<const TEXT_BOX_WORD*>(object) != nullptr;
+    this->place(std::move(holder), is_text ? height : 0);
 }
 
 // --- The callback of the objects ---

@@ -9,6 +9,7 @@
 #include "modules/winman/wm_script.h"
 #include "platform/image.h"
 #include "platform/keyboard.h"
+#include "platform/mouse.h"
 #include "platform/process_tools.h"
 
 namespace {
@@ -125,6 +126,7 @@ void OBJECT_HINT::show(std::int16_t px, std::int16_t py) {
     }
     script->request_draw(0, 0);
     shown = true;
+    wheel_at_show = MOUSE::wheel_pos;
 }
 
 void OBJECT_HINT::leave(std::int16_t px, std::int16_t py) {
@@ -146,7 +148,9 @@ void OBJECT_HINT::monitor(bool over, bool button_down, std::int16_t px, std::int
     }
     const bool arrived = hint_x == NO_POSITION && over;
     const bool taken_away = shown && !is_showing();  // by a key
-    if (button_down || arrived || taken_away) {
+    // The wheel is for what lies under the hint, which gets no input as long as that is there.
+    const bool wheel_turned = is_showing() && MOUSE::wheel_pos != wheel_at_show;
+    if (button_down || arrived || taken_away || wheel_turned) {
         hide();
         update_hint_time(WM_SCREEN_OBJECT::now_ms, px, py);
     }

@@ -5,34 +5,29 @@
 
 #include <new>
 
+#include "control_failure.h"
 #include "modules/winman/object_walk.h"
 #include "modules/winman/window_info.h"
 #include "modules/winman/window_manager.h"
 #include "modules/winman/wm_window.h"
-#include "platform/process_tools.h"
 
 std::int16_t WM_PAGE_MANAGER::monitor_delay_ms = 0;
-
-namespace {
-
-[[noreturn]] void fail(const char* text) {
-    display_message("Error", text, 0);
-    exit_app("Application was unable to continue");
-}
-
-}  // namespace
 
 WM_PAGE_MANAGER::WM_PAGE_MANAGER(std::int16_t number_of_areas, std::int32_t keyboard_buffer,
                                  signed char window_)
     : window(window_) {
     if (number_of_areas < 1) {
-        fail("WM_PAGE_MANAGER::WM_PAGE_MANAGER() - invalid number of areas");
+        stop_on_control_failure("WM_PAGE_MANAGER::WM_PAGE_MANAGER() - invalid number of areas");
     }
-    areas.reserve(static_cast<std::size_t>(number_of_areas));
+    try {
+        areas.reserve(static_cast<std::size_t>(number_of_areas));
+    } catch (const std::bad_alloc&) {
+        stop_on_control_failure("WM_PAGE_MANAGER::WM_PAGE_MANAGER() - unable to allocate areas");
+    }
     for (std::int16_t i = 0; i < number_of_areas; ++i) {
         std::unique_ptr<WM_AREA> area(new (std::nothrow) WM_AREA(window));
         if (area == nullptr) {
-            fail("WM_PAGE_MANAGER::WM_PAGE_MANAGER() - unable to allocate area");
+            stop_on_control_failure("WM_PAGE_MANAGER::WM_PAGE_MANAGER() - unable to allocate area");
         }
         area->area = i;
         area->page_manager = this;
@@ -101,11 +96,7 @@ void WM_PAGE_MANAGER::set_next_page(std::int32_t area, WM_SCREEN_INFO::CREATE cr
     }
     set_current_area(chosen->area);
     WM_SCREEN_INFO& next = chosen->next_screen;
-    if (!next.is_empty() && next.data != data) {
-        next.clear();
-    } else {
-        next.reset();
-    }
+    next.make_way_for(data);
     next.create = create;
     next.destroy = destroy;
     next.monitor = page_monitor;
@@ -246,11 +237,9 @@ void WM_PAGE_MANAGER::get_window_size(std::int16_t& width, std::int16_t& height)
     if (info == nullptr || info->window == nullptr) {
         return;
     }
-    const OPEN_GRAPHICS_SIZES min = info->window->get_min_dimensions();
-    width = info->window->width > 0 ? info->window->width
-                                    : static_cast<std::int16_t>(graphics_width(min));
-    height = info->window->height > 0 ? info->window->height
-                                      : static_cast<std::int16_t>(graphics_height(min));
+    const OPEN_GRAPHICS_SIZES size = info->window->get_size_or_minimum();
+    width = static_cast<std::int16_t>(graphics_width(size));
+    height = static_cast<std::int16_t>(graphics_height(size));
 }
 
 void WM_PAGE_MANAGER::get_popup_area(std::int16_t& x1, std::int16_t& y1, std::int16_t& x2,

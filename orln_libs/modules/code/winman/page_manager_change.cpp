@@ -72,8 +72,7 @@ void WM_PAGE_MANAGER::step_to_next_screen(WM_AREA& area) {
         left.keep = false;
     }
     if (!left.keep) {
-        // The page on show may have been chosen again with the same data, which lives on then.
-        left.data != nullptr&& left.data == area.next_screen.data ? left.reset() : left.clear();
+        left.make_way_for(area.next_screen.data);  // the page on show may have been chosen again
     } else if (++area.current_screen == WM_AREA::HISTORY_SIZE) {
         --area.current_screen;
         area.history[0].clear();

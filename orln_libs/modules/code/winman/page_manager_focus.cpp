@@ -5,6 +5,21 @@
 #include "modules/winman/page_manager.h"
 #include "modules/winman/window_info.h"
 
+namespace {
+
+// The modal object that keeps the focus, the topmost visible one; null for none. A hint doesn't:
+// what lies under it has the focus as before.
+WM_SCREEN_OBJECT* find_focus_keeper(const WM_WINDOW_INFO& info) {
+    OBJECT_WALK modals(info.modal_screen_objects, OBJECT_WALK::BACKWARD);
+    WM_SCREEN_OBJECT* modal = nullptr;
+    do {
+        modal = modals.next();
+    } while (modal != nullptr && (!modal->visible || modal->hide_on_screen_refresh()));
+    return modal;
+}
+
+}  // namespace
+
 // What a depth-first walk of visible objects found.
 struct WM_PAGE_MANAGER::FOCUS_WALK {
     bool has_focal_object = false;  // some object of the window has the focus
@@ -70,19 +85,14 @@ void WM_PAGE_MANAGER::find_focal_objects(WM_SCREEN_OBJECT* object, FOCUS_WALK& w
     }
 }
 
-// The topmost visible modal object, or else all areas.
+// The modal object that keeps the focus, or else all areas.
 void WM_PAGE_MANAGER::walk_focus(FOCUS_WALK& walk) {
     const WM_WINDOW_INFO* info = get_window_info();
     if (info == nullptr) {
         return;
     }
     walk.has_focal_object = info->focal_object != nullptr;
-    if (areas[0]->get_active_modal_object_count(-1) > 0) {
-        OBJECT_WALK modals(info->modal_screen_objects, OBJECT_WALK::BACKWARD);
-        WM_SCREEN_OBJECT* modal = modals.next();
-        while (modal != nullptr && !modal->visible) {
-            modal = modals.next();
-        }
+    if (WM_SCREEN_OBJECT* modal = find_focus_keeper(*info)) {
         find_focal_objects(modal, walk);
         return;
     }
@@ -124,7 +134,8 @@ bool WM_PAGE_MANAGER::give_focus_to_recent_object() {
 // The first visible area after `first` in that direction that has an object for the focus, `first`
 // itself being the last choice.
 bool WM_PAGE_MANAGER::give_focus_to_area(std::int32_t first, std::int32_t step) {
-    if (areas[0]->get_active_modal_object_count(-1) > 0) {
+    const WM_WINDOW_INFO* info = get_window_info();
+    if (info == nullptr || find_focus_keeper(*info) != nullptr) {
         return false;
     }
     for (std::int32_t i = 1; i <= area_count; ++i) {

@@ -9,7 +9,8 @@
 namespace {
 
 // The mouse as this window sees it during a tick: a synthetic one while a click is simulated, and
-// no position while the pointer is over another window of ours.
+// no position while the pointer is over another window of ours. An event that comes in meanwhile,
+// as a long job lets it, is kept.
 class TICK_MOUSE {
 public:
     TICK_MOUSE(signed char window, std::int16_t simulated_x, std::int16_t simulated_y,
@@ -21,13 +22,13 @@ public:
         }
         saved_x = MOUSE::x;
         saved_y = MOUSE::y;
-        saved_window = MOUSE::window;
+        saved_window = shown_window = MOUSE::window;
         saved_time = MOUSE::last_event_time;
         left_was_down = MOUSE::is_down(MOUSE_BUTTON_LEFT);
-        MOUSE::x = simulated ? simulated_x : std::int16_t{-1};
-        MOUSE::y = simulated ? simulated_y : std::int16_t{-1};
+        MOUSE::x = shown_x = simulated ? simulated_x : std::int16_t{-1};
+        MOUSE::y = shown_y = simulated ? simulated_y : std::int16_t{-1};
         if (simulated) {
-            MOUSE::window = static_cast<char>(window);
+            MOUSE::window = shown_window = static_cast<char>(window);
             MOUSE::process_mouse_button(MOUSE_BUTTON_LEFT, simulated_button);
         }
     }
@@ -38,16 +39,20 @@ public:
         if (simulated) {
             MOUSE::process_mouse_button(MOUSE_BUTTON_LEFT, left_was_down);
         }
-        MOUSE::x = saved_x;
-        MOUSE::y = saved_y;
-        MOUSE::window = saved_window;
-        MOUSE::last_event_time = saved_time;
+        if (MOUSE::window == shown_window && MOUSE::x == shown_x && MOUSE::y == shown_y) {
+            MOUSE::x = saved_x;
+            MOUSE::y = saved_y;
+            MOUSE::window = saved_window;
+            MOUSE::last_event_time = saved_time;
+        }
     }
     TICK_MOUSE(const TICK_MOUSE&) = delete;
     TICK_MOUSE& operator=(const TICK_MOUSE&) = delete;
 
 private:
     bool simulated, changed;
+    std::int16_t shown_x = -1, shown_y = -1;
+    char shown_window = -1;
     std::int16_t saved_x = -1, saved_y = -1;
     char saved_window = -1;
     std::uint32_t saved_time = 0;

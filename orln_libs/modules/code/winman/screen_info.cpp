@@ -18,6 +18,14 @@ void WM_SCREEN_INFO::clear() {
     }
 }
 
+void WM_SCREEN_INFO::make_way_for(const void* next_data) {
+    if (data != nullptr && data == next_data) {
+        reset();
+    } else {
+        clear();
+    }
+}
+
 bool WM_SCREEN_INFO::operator==(const WM_SCREEN_INFO& other) const {
     if (create != other.create || destroy != other.destroy || monitor != other.monitor ||
         compare != other.compare || objects_deleting != other.objects_deleting ||

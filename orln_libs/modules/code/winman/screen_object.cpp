@@ -36,13 +36,27 @@ WM_SCREEN_OBJECT* take_last(PTRLLIST& list) {
     return object;
 }
 
-// Deletes an object that was taken out, or hides it if it isn't owned.
-void dispose_of(WM_SCREEN_OBJECT* object) {
-    if (object->not_owned) {
-        object->hide(0, 0);
-        object->parent = nullptr;
-    } else {
-        delete object;
+// Deletes a child that was taken out, or hides it if it isn't owned. A button is `not_owned` while
+// it is dragged, which hiding ends.
+void dispose_of_child(WM_SCREEN_OBJECT* child) {
+    if (child->not_owned) {
+        child->hide(0, 0);
+        child->parent = nullptr;
+    }
+    if (!child->not_owned) {
+        delete child;
+    }
+}
+
+// The same of a modal object. A button that was dragged stays its parent's child.
+void dispose_of_modal(WM_SCREEN_OBJECT* modal) {
+    if (!modal->not_owned) {
+        delete modal;
+        return;
+    }
+    modal->hide(0, 0);
+    if (modal->parent != nullptr && !contains_object(modal->parent->objects, modal)) {
+        modal->parent = nullptr;
     }
 }
 
@@ -178,7 +192,7 @@ void WM_SCREEN_OBJECT::clear_modals(WM_WINDOW_INFO& info, bool all_modals) {
     PTRLLIST& modals = info.modal_screen_objects;
     if (all_modals) {
         while (WM_SCREEN_OBJECT* object = take_last(modals)) {
-            dispose_of(object);
+            dispose_of_modal(object);
         }
         return;
     }
@@ -201,7 +215,7 @@ void WM_SCREEN_OBJECT::clear_objects(unsigned char all_modals, unsigned char chi
         if (info != nullptr) {
             info->modal_screen_objects.remove_node(object);
         }
-        dispose_of(object);
+        dispose_of_child(object);
     }
     if (visible) {
         mark_own_rectangle();
@@ -295,6 +309,9 @@ WM_MESG WM_SCREEN_OBJECT::monitor_modals(WM_WINDOW_INFO& info, bool& taken) {
     }
     modal->close_requested = false;
     info.monitor_modals = false;
+    if (modal->hide_on_screen_refresh()) {
+        info.focal_object_monitored = true;  // a hint only passes the input on: the focus stays
+    }
     const WM_MESG result = modal->monitor();
     WM_WINDOW_INFO* after = get_window_info();
     if (after == nullptr) {

@@ -23,6 +23,7 @@ void WM_WINDOW_INFO::setup_window_data(signed char index, std::int16_t areas) {
     page_manager.reset();
     clear_object_data();
     back_buffer = std::make_unique<IMAGE>();
+    back_buffer_data = nullptr;
     page_manager = std::make_unique<WM_PAGE_MANAGER>(areas, KEYBOARD_BUFFER_SIZE, index);
 }
 

@@ -434,7 +434,7 @@ void WM_WINDOW_MANAGER::hide_window(signed char index) {
 
 void WM_WINDOW_MANAGER::show_window(signed char index) {
     if (WM_WINDOW* window = get_window(index)) {
-        if (window->x != -1 || window->y != -1) {
+        if (window->x != -1 && window->y != -1) {
             window->move(window->x, window->y);
         }
         window->show();

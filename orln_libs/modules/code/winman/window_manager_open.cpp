@@ -120,8 +120,7 @@ void WM_WINDOW_MANAGER::setup_opening(signed char index, unsigned char hidden,
     settings.y = window.y;
     settings.minimum_size = window.get_min_dimensions();
     settings.maximum_size = window.max_dimensions;
-    const OPEN_GRAPHICS_SIZES stored =
-        fill_in(window.get_size(), [&window] { return window.get_min_dimensions(); });
+    const OPEN_GRAPHICS_SIZES stored = window.get_size_or_minimum();
     settings.size = stored;
     if (index != MAIN_WINDOW) {
         return;

@@ -4,6 +4,7 @@
 
 #include "../gui/to_short.h"
 #include "active_area.h"
+#include "click_callback.h"
 #include "modules/winman/window_manager.h"
 #include "platform/mouse.h"
 #include "pointer_shape.h"
@@ -105,11 +106,7 @@ WM_MESG WM_ANIMATION::click(bool left, std::int16_t px, std::int16_t py) {
     if (!fires || !wanted || !clickable || callback == nullptr) {
         return WM_MESG_NONE;
     }
-    click_x = to_short(px - x);
-    click_y = to_short(py - y);
-    const WM_MESG result = callback(this, callback_data1, callback_data2);
-    click_x = click_y = -1;
-    return result;
+    return run_click_callback(*this, px, py);
 }
 
 void WM_ANIMATION::draw_object() {

@@ -55,12 +55,16 @@ void WM_BUTTON::draw_object() {
         draw_label(*buffer, offset);
         draw_active_mark(*buffer, offset);
         draw_arrows(offset);
-        if (is_focused() && !has_focus_look()) {
-            draw_focus_frame(*this, highlight.is_set() ? highlight : get_text_colour());
-        }
+        draw_focus();
     }
     if (checking_modal_redraw && dragging) {
         draw_dragged(*buffer);
+    }
+}
+
+void WM_BUTTON::draw_focus() {
+    if (is_focused() && !has_focus_look()) {
+        draw_focus_frame(*this, get_focus_colour());
     }
 }
 

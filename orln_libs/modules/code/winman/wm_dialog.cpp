@@ -66,6 +66,10 @@ WM_DIALOG::~WM_DIALOG() {
     if (has_shaded) {
         mark_entire_redraw_area();
     }
+    if (outline_shown) {  // removed in the middle of a drag
+        mark_redraw_subarea(drag_x, drag_y, to_short(drag_x + width - 1),
+                            to_short(drag_y + height - 1), REDRAW_GAP);
+    }
     defer_refresh = false;
     run_pending_refresh();
 }

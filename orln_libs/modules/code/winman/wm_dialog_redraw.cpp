@@ -140,6 +140,8 @@ void WM_DIALOG::check_for_redraw() {
     }
     {
         const SAVED_ACTIVE_AREA saved(buffer);
+        // Where it stands, also in a slide. Narrowed to the slide's end, one from the window's edge
+        // would be seen only there, and one that closes not at all at its place.
         const WM_REGION region = get_region();
         buffer->add_rect_to_active_area(region.left, region.top, region.right, region.bottom);
         if (alpha == 0) {

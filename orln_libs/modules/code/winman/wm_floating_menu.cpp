@@ -406,18 +406,26 @@ void WM_FLOATING_MENU::reset() {
     typed_count = 0;
     was_visible = false;
     buttons_were_down = escape_was_down = false;
-    for (std::int16_t row = 0; row < grid->row_count; ++row) {
-        if (WM_BUTTON* button = get_button(row)) {
-            button->pressed = button->pressed_inside = button->press_held = false;
-            button->mouse_over_now = button->last_left = false;
-        }
-    }
-    for (WM_BUTTON* button : {scroll_top_button, scroll_bottom_button}) {
-        if (button != nullptr) {
-            button->pressed = button->mouse_over_now = button->last_left = false;
-        }
-    }
+    reset_buttons();
     show_from(0);
+}
+
+void WM_FLOATING_MENU::reset_buttons() {
+    const auto reset_button = [](WM_BUTTON* button) {
+        if (button == nullptr) {
+            return;
+        }
+        if (button->visible && (button->pressed || button->mouse_over_now)) {
+            button->request_draw(0, 0);
+        }
+        button->pressed = button->pressed_inside = button->press_held = false;
+        button->mouse_over_now = button->last_left = false;
+    };
+    for (std::int16_t row = 0; row < grid->row_count; ++row) {
+        reset_button(get_button(row));
+    }
+    reset_button(scroll_top_button);
+    reset_button(scroll_bottom_button);
 }
 
 bool WM_FLOATING_MENU::is_in_menu(std::int16_t px, std::int16_t py) {
@@ -465,4 +473,8 @@ void WM_FLOATING_MENU::hide(unsigned char modals, unsigned char children) {
     hide_linked_popup(0);
     was_visible = false;
     WM_DIALOG::hide(modals, children);
+    // Its button looked pressed so far, and under another modal object its monitor isn't called.
+    if (owner_menu != nullptr && owner_menu->visible) {
+        owner_menu->request_draw(0, 0);
+    }
 }

@@ -328,11 +328,7 @@ void WM_FLOATING_MENU::leave() {
     WM_MENU* const owner = owner_menu;
     close_linked_popup(1);
     start_closing();
-    for (std::int16_t row = 0; row < grid->row_count; ++row) {
-        if (WM_BUTTON* button = get_button(row)) {
-            button->pressed = button->pressed_inside = button->press_held = false;
-        }
-    }
+    reset_buttons();
     typed_count = 0;
     if (owner != nullptr) {
         owner->pressed = owner->pressed_inside = false;

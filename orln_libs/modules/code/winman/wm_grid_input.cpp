@@ -156,6 +156,8 @@ void WM_GRID::keep_focus_in_view() {
     std::int16_t candidate = forward ? first_visible : last_visible;
     while (candidate >= first_visible && candidate <= last_visible) {
         if (give_row_focus(candidate, column)) {
+            // A row that is in view only in part stays so: the user has just scrolled there.
+            shown_focal = get_window_info()->focal_object;
             return;
         }
         candidate = to_short(candidate + (forward ? 1 : -1));

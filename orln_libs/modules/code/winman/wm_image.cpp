@@ -2,6 +2,7 @@
 
 #include "../gui/to_short.h"
 #include "active_area.h"
+#include "click_callback.h"
 #include "modules/winman/focus_tools.h"
 #include "modules/winman/window_manager.h"
 #include "platform/mouse.h"
@@ -95,11 +96,7 @@ WM_MESG WM_IMAGE::click(bool left, std::int16_t px, std::int16_t py) {
     if (!fires || (click_mode & event) == 0 || callback == nullptr) {
         return WM_MESG_NONE;
     }
-    click_x = to_short(px - x);
-    click_y = to_short(py - y);
-    const WM_MESG result = callback(this, callback_data1, callback_data2);
-    click_x = click_y = -1;
-    return result;
+    return run_click_callback(*this, px, py);
 }
 
 void WM_IMAGE::draw_object() {

@@ -26,15 +26,9 @@ void WM_MANAGER::init_size() {
     if (of_window == nullptr) {
         return;
     }
-    const OPEN_GRAPHICS_SIZES min = of_window->get_min_dimensions();
-    if (width < 1) {
-        width = of_window->width >= 1 ? of_window->width
-                                      : static_cast<std::int16_t>(graphics_width(min));
-    }
-    if (height < 1) {
-        height = of_window->height >= 1 ? of_window->height
-                                        : static_cast<std::int16_t>(graphics_height(min));
-    }
+    const OPEN_GRAPHICS_SIZES size = of_window->get_size_or_minimum();
+    width = width < 1 ? static_cast<std::int16_t>(graphics_width(size)) : width;
+    height = height < 1 ? static_cast<std::int16_t>(graphics_height(size)) : height;
 }
 
 std::int16_t WM_MANAGER::get_width() {

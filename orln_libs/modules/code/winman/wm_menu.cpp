@@ -84,7 +84,9 @@ WM_MESG WM_MENU::menu_callback(WM_SCREEN_OBJECT* /*object*/, void* data1, void* 
 }
 
 void WM_MENU::open() {
-    forget_popup();
+    if (popup_open) {
+        close_at_once();  // with its sub-menus, whose items the popup may be about to move
+    }
     if (open_callback != nullptr) {
         open_callback(this, open_data1, open_data2);
     }
@@ -93,6 +95,10 @@ void WM_MENU::open() {
     popup->WM_DIALOG::clear();
     popup->request_draw(0, 0);
     position_popup();
+    // Its own requests count only once the button is on the back buffer, which in a popup that was
+    // opened in this tick isn't so yet.
+    mark_redraw_subarea(popup->x, popup->y, to_short(popup->x + popup->width - 1),
+                        to_short(popup->y + popup->height - 1), REDRAW_GAP);
     popup_open = true;
     opened_x = MOUSE::x;
     opened_y = MOUSE::y;

@@ -54,17 +54,16 @@ struct PERCENT_TEXT {
     }
 };
 
-// The window's size, or what it will be at least.
-bool get_window_size(signed char window, std::int32_t& width, std::int32_t& height) {
+// Always where there is no window.
+bool lies_in_window(const WM_SCREEN_OBJECT& object) {
     WM_WINDOW_MANAGER* manager = WM_WINDOW_MANAGER::get_instance();
-    const WM_WINDOW* of_window = manager != nullptr ? manager->get_window(window) : nullptr;
+    const WM_WINDOW* of_window = manager != nullptr ? manager->get_window(object.window) : nullptr;
     if (of_window == nullptr) {
-        return false;
+        return true;
     }
-    const OPEN_GRAPHICS_SIZES min = of_window->get_min_dimensions();
-    width = of_window->width >= 1 ? of_window->width : graphics_width(min);
-    height = of_window->height >= 1 ? of_window->height : graphics_height(min);
-    return true;
+    const OPEN_GRAPHICS_SIZES size = of_window->get_size_or_minimum();
+    return object.x >= 0 && object.y >= 0 && object.x + object.width <= graphics_width(size) &&
+           object.y + object.height <= graphics_height(size);
 }
 
 }  // namespace
@@ -93,9 +92,7 @@ WM_PROGRESS_BAR::WM_PROGRESS_BAR(std::int16_t x_, std::int16_t y_, std::int16_t 
 WM_PROGRESS_BAR::~WM_PROGRESS_BAR() = default;
 
 void WM_PROGRESS_BAR::setup(const WM_STYLE_SET& style, const char* label_text) {
-    std::int32_t window_width = 0, window_height = 0;
-    if (get_window_size(window, window_width, window_height) &&
-        (x < 0 || y < 0 || x + width > window_width || y + height > window_height)) {
+    if (!lies_in_window(*this)) {
         stop_on_control_failure(COORDINATES_FAILURE);
     }
     const FONT_MANAGER& fonts = FONT_MANAGER::get_instance();

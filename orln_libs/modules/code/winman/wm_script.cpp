@@ -260,6 +260,9 @@ void WM_SCRIPT::hide(unsigned char modals, unsigned char children) {
 
 // As the topmost modal object a hint takes all input of the window: its owner must get it.
 WM_MESG WM_SCRIPT::monitor_hint() {
+    if (!owner->get_visible(1)) {
+        return WM_MESG_REMOVE_MODAL;  // what the owner stands in was hidden
+    }
     const WM_MESG result = owner->monitor();
     if (result != WM_MESG_NONE) {
         return result;

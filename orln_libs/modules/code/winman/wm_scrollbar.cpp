@@ -217,9 +217,9 @@ WM_SCROLLBAR::PLACE WM_SCROLLBAR::find_place(std::int16_t px, std::int16_t py) {
 
 bool WM_SCROLLBAR::set_value(double value) {
     const double old = slew_var->get_double(slew_var->value);
-    if (limit != -1) {
-        value = std::min<double>(value, limit);
-    }
+    const auto up_to_limit = [this](double number) {
+        return limit != -1 ? std::min<double>(number, limit) : number;
+    };
     const auto store = [](PARAMETER& variable, double number) {
         // Whole numbers don't go towards 0, which would favour one direction.
         if (variable.type <= PARAMETER::TYPE_LONG) {
@@ -229,7 +229,7 @@ bool WM_SCROLLBAR::set_value(double value) {
             variable.set(variable.value, number);
         }
     };
-    store(*slew_var, value);
+    store(*slew_var, up_to_limit(value));
     const double range = get_range(*slew_var);
     if (linked_var != nullptr && is_number(*linked_var) && get_range(*linked_var) > 0 &&
         range > 0) {
@@ -238,8 +238,9 @@ bool WM_SCROLLBAR::set_value(double value) {
         const double linked_range = get_range(*linked_var);
         store(*linked_var, linked_minimum + (slew_var->get_double(slew_var->value) - minimum) *
                                                 linked_range / range);
-        store(*slew_var, minimum + (linked_var->get_double(linked_var->value) - linked_minimum) *
-                                       range / linked_range);
+        store(*slew_var,
+              up_to_limit(minimum + (linked_var->get_double(linked_var->value) - linked_minimum) *
+                                        range / linked_range));
     }
     return slew_var->get_double(slew_var->value) != old;
 }

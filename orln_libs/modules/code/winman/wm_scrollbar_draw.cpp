@@ -1,4 +1,5 @@
 // Drawing of WM_SCROLLBAR.
+#include "active_area.h"
 #include "modules/gui/parameter.h"
 #include "modules/winman/object_hint.h"
 #include "modules/winman/wm_scrollbar.h"
@@ -37,6 +38,9 @@ void WM_SCROLLBAR::draw_object() {
     if (buffer == nullptr) {
         return;
     }
+    // A bar that is too short for its slider and buttons doesn't draw beyond its ends.
+    const SAVED_ACTIVE_AREA saved(buffer);
+    buffer->add_rect_to_active_area(x, y, x + width - 1, y + height - 1);
     const bool focused = has_focus();
     if (is_graphical()) {
         const bool on_bar = over == ON_BAR_BEFORE || over == ON_BAR_BEHIND;

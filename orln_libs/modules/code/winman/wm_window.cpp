@@ -29,6 +29,13 @@ void WM_WINDOW::set_size(OPEN_GRAPHICS_SIZES size) {
     height = static_cast<std::int16_t>(graphics_height(size));
 }
 
+OPEN_GRAPHICS_SIZES WM_WINDOW::get_size_or_minimum() const {
+    const OPEN_GRAPHICS_SIZES min = get_min_dimensions();
+    return make_graphics_sizes(
+        width >= 1 ? static_cast<std::uint16_t>(width) : graphics_width(min),
+        height >= 1 ? static_cast<std::uint16_t>(height) : graphics_height(min));
+}
+
 void WM_WINDOW::set_min_dimensions(OPEN_GRAPHICS_SIZES min, OPEN_GRAPHICS_SIZES extended_min) {
     min_dimensions = min;
     const std::uint16_t w = graphics_width(extended_min), h = graphics_height(extended_min);
@@ -153,8 +160,10 @@ std::int16_t WM_WINDOW::step_towards(std::int16_t from, std::int16_t to) {
 }
 
 void WM_WINDOW::move_window_to_target_positions() {
-    while (x != target_x || y != target_y) {
-        move(step_towards(x, target_x), step_towards(y, target_y));
+    const std::int16_t end_x = target_x == -1 ? x : target_x;
+    const std::int16_t end_y = target_y == -1 ? y : target_y;
+    while (x != end_x || y != end_y) {
+        move(step_towards(x, end_x), step_towards(y, end_y));
         orln_sleep(SLIDE_STEP_MS);
     }
     target_x = target_y = -1;

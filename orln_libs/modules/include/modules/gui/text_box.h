@@ -344,6 +344,7 @@ private:
     // Input, in the order of a tick.
     struct MOUSE_TICK;
     MOUSE_TICK track_mouse();
+    WM_MESG monitor_input(const MOUSE_TICK& mouse);
     void show_focus_loss();
     void show_focus_return();
     void take_focus_by_click(const MOUSE_TICK& mouse);

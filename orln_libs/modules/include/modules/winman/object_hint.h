@@ -10,8 +10,8 @@ class WM_SCRIPT;
 
 // A text that shows in the looks WM_SCREEN_OBJECT::hint_style_set once the pointer has stayed on
 // the control for hint_delay_time; HINTS_OFF there turns it off. It is shown as a modal object of
-// the window, which passes the input on to its owner, and goes by a press, a key, or when the
-// pointer leaves. A control has one as a member and calls `monitor` from its own.
+// the window, which passes the input on to its owner, and goes by a press, a key, the wheel, or
+// when the pointer leaves. A control has one as a member and calls `monitor` from its own.
 //
 // The clock starts when the pointer arrives, and goes on when the pointer comes straight from a
 // control whose hint is showing.
@@ -70,6 +70,7 @@ private:
 
     WM_SCREEN_OBJECT& owner;
     bool shown = false;  // put into the modal list, which input may have ended
+    std::int32_t wheel_at_show = 0;
 };
 
 #endif  // MODULES_WINMAN_OBJECT_HINT_H

@@ -26,6 +26,8 @@ struct WM_SCREEN_INFO {
     void clear();
     // Empties it without destroying the data, which has gone elsewhere.
     void reset();
+    // Empties it for a page with this data, which isn't destroyed if it was this entry's already.
+    void make_way_for(const void* next_data);
 
     // The same functions and `unique`, and the same data, by `compare` if there is one.
     bool operator==(const WM_SCREEN_INFO& other) const;

@@ -114,7 +114,7 @@ public:
     virtual std::int16_t get_y() { return y; }
     virtual std::int16_t get_width() { return width; }
     virtual std::int16_t get_height() { return height; }
-    // A modal object that goes when a page is built anew.
+    // A modal object that goes when a page is built anew: a hint. The focus stays below it.
     virtual bool hide_on_screen_refresh() { return false; }
 
     // Draws what meets the update region, then the children that aren't modal.

@@ -202,6 +202,12 @@ public:
     // `allowed_focus` says then whether keys come here.
     WM_SCREEN_OBJECT* focus_owner = nullptr;
 
+protected:
+    // The mark of the focus, where the style has no look for it.
+    virtual void draw_focus();
+    bool has_focus_look() const;
+    COLOUR get_focus_colour() const { return highlight.is_set() ? highlight : get_text_colour(); }
+
 private:
     // What the mouse and the keyboard are doing to the button in this tick.
     struct INPUT;
@@ -233,7 +239,6 @@ private:
 
     bool is_hot() const { return enabled && (mouse_over_now || is_focused()); }
     bool is_shaded() const;
-    bool has_focus_look() const;
     COLOUR get_background_colour() const;
     COLOUR get_text_colour() const;
     COLOUR get_underline_colour() const;

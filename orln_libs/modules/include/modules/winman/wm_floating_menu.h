@@ -135,6 +135,8 @@ private:
     void scroll_rows(std::int32_t steps);
     bool is_separator(std::int16_t row) const;
 
+    // None is pressed or under the pointer.
+    void reset_buttons();
     void become_visible();
     void read_typing();
     void search_typed();

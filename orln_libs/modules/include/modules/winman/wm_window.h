@@ -62,6 +62,8 @@ public:
         return make_graphics_sizes(static_cast<std::uint16_t>(width),
                                    static_cast<std::uint16_t>(height));
     }
+    // With the minimum in force for a side that isn't known yet.
+    OPEN_GRAPHICS_SIZES get_size_or_minimum() const;
     void set_size(OPEN_GRAPHICS_SIZES size);
 
     OPEN_GRAPHICS_SIZES max_dimensions;
