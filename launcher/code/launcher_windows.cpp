@@ -78,6 +78,8 @@ void LAUNCHER::load_skin() {
     }
     output_trace("loading skin (%s)", skin_name);
     const std::time_t start = std::time(nullptr);
+    // What the engine has come to stands in the splash all the while: its font goes now.
+    loading_skin_callback(this);
     FONT_MANAGER::get_instance().free_font(SPLASH_FONT);
     loading_skin = true;
     const bool loaded = global_gui_skin->load(skin_name, config, 0, loading_skin_callback, this, 1);

@@ -158,6 +158,7 @@ class Display:
     def activate(self, window):
         """Brings the window to the front and gives it the keyboard."""
         self.run("xdotool", "windowactivate", "--sync", window)
+        self.wait_for(lambda: self.run("xdotool", "getwindowfocus", check=False).strip() == window)
 
     # --- pointer and keyboard; places are within the window
 
@@ -207,7 +208,7 @@ class Display:
             shutil.copy(path, KEEP)
         return path
 
-    def compare(self, window, name, part=None, changing=(), seconds=20):
+    def compare(self, window, name, part=None, changing=(), seconds=TIMEOUT):
         """Expects the window, or that part (x, y, width, height) of it, to look like the stored
         picture within that time. `changing` names rectangles of the window that differ from run to
         run."""

@@ -3,8 +3,10 @@ update server, all real processes in a temporary folder of their own, on the loo
 
 import os
 import re
+import resource
 import shutil
 import signal
+import socket
 import subprocess
 import tempfile
 import time
@@ -53,9 +55,12 @@ class World:
         self.server = None
         self.server_log = None
         self.port = 1
+        self.refusing = []
 
     def close(self):
         self.stop_server()
+        for one in self.refusing:
+            one.close()
         subprocess.run(["chmod", "-R", "u+rwx", self.root], check=False)
         shutil.rmtree(self.root, ignore_errors=True)
 
@@ -91,16 +96,27 @@ class World:
 
     # --- the server
 
-    def start_server(self, *arguments, port=0):
+    def start_server(self, *arguments, descriptors=None):
+        """At a free port; with so many descriptors at most."""
+        def limit():
+            resource.setrlimit(resource.RLIMIT_NOFILE, (descriptors, descriptors))
+
         self.stop_server()
         self.close_log()
         self.server_log = open(os.path.join(self.root, "server.log"), "w+")
         self.server = subprocess.Popen(
-            [PATCH_SERVER, "--publish", self.published, "--port", str(port)] + list(arguments),
-            stdout=self.server_log, stderr=subprocess.STDOUT, env=self.environment("server"))
+            [PATCH_SERVER, "--publish", self.published, "--port", "0"] + list(arguments),
+            stdout=self.server_log, stderr=subprocess.STDOUT, env=self.environment("server"),
+            preexec_fn=limit if descriptors else None)
         self.wait_for(lambda: re.search(r"serving .* port (\d+)", self.read_server_log()))
         self.port = int(re.search(r"serving .* port (\d+)", self.read_server_log()).group(1))
         self.configure()
+
+    def closed_port(self):
+        """A port where connections are refused, and that nobody else can be given meanwhile."""
+        self.refusing.append(socket.socket())
+        self.refusing[-1].bind(("127.0.0.1", 0))
+        return self.refusing[-1].getsockname()[1]
 
     def close_log(self):
         if self.server_log:
@@ -153,6 +169,13 @@ class World:
         looked at while the launcher compiles the skin."""
         shutil.copytree(SKIN_DATA, os.path.join(self.base, "data"), dirs_exist_ok=True,
                         ignore=shutil.ignore_patterns("skin.bin"))
+
+    def forget_compiled_skins(self):
+        """A launcher leaves them behind, and the next one would load them at once."""
+        skins = os.path.join(self.base, "data", "skins")
+        for folder, _, names in os.walk(skins):
+            if "skin.bin" in names:
+                os.remove(os.path.join(folder, "skin.bin"))
 
     def start_launcher(self, *arguments, display=None):
         return subprocess.Popen([self.program] + list(arguments), stdin=subprocess.DEVNULL,

@@ -13,7 +13,7 @@ import unittest
 from display import PICTURE_TOLERANCE, STORE, Display
 from gate import Gate
 from harness import TIMEOUT, Result, WorldTest, write_text
-from test_faults import closed_port, sessions
+from test_faults import sessions
 
 TITLE = "^Tessarine Launcher$"
 DOWNLOADING = "^Downloading "
@@ -82,9 +82,12 @@ class Desktop(WorldTest):
     def assert_runs(self):
         self.assertIsNone(self.launcher.poll())
 
-    def auto_launch(self):
+    def setting(self, key):
         with open(os.path.join(self.world.base, "data", "config", "launcher.cfg")) as file:
-            return re.search(r"AUTO_LAUNCH\n\t(\d)\n", file.read()).group(1)
+            return re.search(r"^%s\n\t(\d+)\n" % key, file.read(), re.MULTILINE).group(1)
+
+    def auto_launch(self):
+        return self.setting("AUTO_LAUNCH")
 
     def opened(self):
         """What the browser was to show, as soon as it was asked to show something."""
@@ -160,9 +163,9 @@ class Splash(Desktop):
     def test_first_installation_without_a_server_to_ask(self):
         self.world.configure(PORT_NUMBER=0)
         window = self.open_splash()
+        self.see_splash(window, "splash_start")
         self.assertEqual([(1024 - 446) // 2, (768 - 208) // 2, 446, 208],
                          list(self.display.geometry(window)))
-        self.see_splash(window, "splash_start")
         for _ in range(3):
             self.display.wait_change(window, ANIMATION)
         self.assert_runs()
@@ -181,6 +184,7 @@ class Splash(Desktop):
         self.serve_client()
         difference = None
         for _ in range(1 if STORE else 10):
+            self.world.forget_compiled_skins()
             self.start()
             path = self.display.picture_at_once(
                 "splash_validated", (289, 280, 446, 208), self.is_last_row_there)
@@ -432,7 +436,7 @@ class Launch(Desktop):
         self.world.start_server()
         self.assert_started(self.world.run_launcher(), 7)
         self.world.stop_server()
-        self.world.configure(PORT_NUMBER=closed_port())
+        self.world.configure(PORT_NUMBER=self.world.closed_port())
         self.start()
         self.assert_started(self.end(), 7)
 
@@ -447,6 +451,8 @@ class Windows(Desktop):
         self.display.key("alt+F4")
         self.assert_ends()
         self.assertEqual("0", self.auto_launch())
+        self.assertEqual(("800", "500"),
+                         (self.setting("WINDOW_WIDTH_0"), self.setting("WINDOW_HEIGHT_0")))
 
     def test_close_box_while_the_question_is_open(self):
         self.serve_client()
@@ -541,7 +547,7 @@ class ErrorPages(Desktop):
         self.check_page(0, 81)
 
     def test_no_connection(self):
-        self.world.configure(PORT_NUMBER=closed_port())
+        self.world.configure(PORT_NUMBER=self.world.closed_port())
         self.start()
         self.check_page(1, 73)
 
@@ -594,7 +600,7 @@ class ErrorPages(Desktop):
         self.check_page(8, 79)
 
     def test_keys(self):
-        self.world.configure(PORT_NUMBER=closed_port())
+        self.world.configure(PORT_NUMBER=self.world.closed_port())
         for keys in (["Return"], ["space"], ["Escape"], ["Tab", "Tab", "Return"],
                      ["shift+Tab", "shift+Tab", "space"]):
             self.start()
@@ -609,7 +615,7 @@ class ErrorPages(Desktop):
         self.assertFalse(os.path.exists(self.opened_file))
 
     def test_close_box(self):
-        self.world.configure(PORT_NUMBER=closed_port())
+        self.world.configure(PORT_NUMBER=self.world.closed_port())
         self.start()
         self.see_page(1)
         self.display.key("alt+F4")

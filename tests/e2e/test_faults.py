@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from harness import DEMO_CLIENT, WorldTest, each_transport, write_text
+from harness import DEMO_CLIENT, TIMEOUT, WorldTest, each_transport, write_text
 
 
 def sessions(world):
@@ -62,7 +62,7 @@ class Connection(WorldTest):
 
     def test_server_unreachable_on_a_first_installation(self):
         world = self.world
-        world.port = closed_port()
+        world.port = world.closed_port()
         world.configure()
         result = world.run_launcher()
         self.assertIn("Connect attempt 10 of 10...", result.output)
@@ -75,7 +75,7 @@ class Connection(WorldTest):
         world.start_server()
         self.assert_started(world.run_launcher(), 4)
         world.stop_server()
-        world.port = closed_port()
+        world.port = world.closed_port()
         world.configure()
         result = world.run_launcher()
         self.assert_started(result, 4)
@@ -87,9 +87,8 @@ class Connection(WorldTest):
         world.start_server("--fault", "stall-after:100000")
         process = world.start_launcher()
         world.wait_for(lambda: world.downloads())
-        time.sleep(0.3)
         process.terminate()
-        output = process.communicate(timeout=10)[0].decode()
+        output = process.communicate(timeout=TIMEOUT)[0].decode()
         self.assertEqual(0, process.returncode, output)
 
 
@@ -190,7 +189,7 @@ class Missing(WorldTest):
         world = self.world
         shutil.rmtree(world.add_ons("client", "app_5"))
         world.stop_server()
-        world.port = closed_port()
+        world.port = world.closed_port()
         world.configure()
         result = world.run_launcher()
         self.assertIsNone(result.started_version())
@@ -314,18 +313,10 @@ class Kill(WorldTest):
             time.sleep(rng.uniform(0, duration))
             process.kill()
             process.communicate()
-            world.port = closed_port()
+            world.port = world.closed_port()
             world.configure()
             result = world.run_launcher()
             self.assertIn(result.started_version(), ("1", "2"), result.output)
-
-
-def closed_port():
-    """A port of the loopback interface where nobody listens."""
-    import socket
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
 
 
 if __name__ == "__main__":

@@ -110,8 +110,8 @@ class Update(WorldTest):
 
     def test_second_launcher_gives_way_to_the_first(self):
         world = self.world
-        world.publish(1, size=4000000)
-        world.start_server("--rate", "1000")
+        world.publish(1, size=1000000)
+        world.start_server("--fault", "stall-after:100000")
         first = world.start_launcher()
         world.wait_for(lambda: world.downloads())
         second = world.run_launcher()

@@ -15,7 +15,7 @@ TITLE = "Tessarine Launcher"
 
 
 def read_png(path):
-    """The size of a PNG file, and its pixels as rows of bytes, filters undone for plain files."""
+    """The size of a PNG file, and its rows as they are filtered."""
     with open(path, "rb") as file:
         data = file.read()
     assert data[:8] == b"\x89PNG\r\n\x1a\n", path
@@ -81,10 +81,6 @@ class Windows(WorldTest):
     def output(self):
         return self.launcher.communicate(timeout=TIMEOUT)[0].decode(errors="replace")
 
-    def settings(self):
-        with open(os.path.join(self.world.base, "data", "config", "launcher.cfg")) as file:
-            return file.read()
-
     def assert_shows_something(self, picture, size):
         self.assertEqual(size, picture[0])
         self.assertGreater(len(set(picture[1])), 16)
@@ -98,6 +94,8 @@ class Windows(WorldTest):
         self.start()
         self.assert_shows_something(self.picture("splash"), SPLASH)
         self.assert_shows_something(self.picture("download"), MAIN)
+        for number in (1, 2):
+            self.assert_shows_something(self.ask_for_picture(number), MAIN)
         self.launcher.terminate()
         self.assertEqual("", self.output(), "windows don't write to the console")
         self.assertEqual(0, self.launcher.returncode)
@@ -110,45 +108,13 @@ class Windows(WorldTest):
         self.assert_shows_something(self.picture("splash"), SPLASH)
 
     def test_error_page_ends_with_return(self):
-        self.world.configure(PORT_NUMBER=1)
+        self.world.configure(PORT_NUMBER=self.world.closed_port())
         self.start_on_display()
         self.assert_shows_something(self.picture("error"), ERROR)
         window = self.display.wait_window(TITLE)
         self.press(window, "Return")
         self.assertEqual("", self.output())
         self.assertEqual(0, self.launcher.returncode)
-
-    def test_cancelling_is_asked_for_and_can_be_taken_back(self):
-        self.stall_a_download()
-        self.start_on_display()
-        self.picture("download")
-        window = self.display.wait_window("Downloading|" + TITLE)
-        before = self.ask_for_picture(1)
-        self.press(window, "Escape")
-        question = self.ask_for_picture(2)
-        self.assertNotEqual(before[1], question[1])
-        self.press(window, "Escape")
-        self.assertIsNone(self.launcher.poll())
-        after = self.ask_for_picture(3)
-        self.assertNotEqual(question[1], after[1])
-        # "Cancel" has the focus; "No" has it in the question, and "Yes" stands beside it.
-        self.press(window, "Return", "Tab", "Return")
-        self.output()
-        self.assertEqual(0, self.launcher.returncode)
-
-    def test_check_box_by_keyboard_is_stored_by_an_orderly_exit(self):
-        self.stall_a_download()
-        self.start_on_display()
-        self.picture("download")
-        window = self.display.wait_window("Downloading|" + TITLE)
-        # From "Cancel" over the link of the description.
-        self.press(window, "Tab", "Tab", "space")
-        self.ask_for_picture(1)
-        self.press(window, "alt+F4")
-        self.output()
-        self.assertEqual(0, self.launcher.returncode)
-        self.assertRegex(self.settings(), r"AUTO_LAUNCH\n\t0\n")
-        self.assertRegex(self.settings(), r"WINDOW_WIDTH_0\n\t800\n")
 
     def test_launch_game_button_appears_without_auto_launch(self):
         self.world.publish(5)
@@ -171,7 +137,7 @@ class Windows(WorldTest):
         with open(table) as file:
             rows = {line.split()[0]: line.split()[1:] for line in file}
         self.assertEqual(["page", "splash", "download"], list(rows)[:1] + list(rows)[-2:])
-        self.assertGreater(int(rows["download"][0]), 20)
+        self.assertGreater(int(rows["download"][0]), 5)
         self.assertEqual(int(rows["download"][0]), sum(int(n) for n in rows["download"][2:]))
 
 
@@ -225,7 +191,8 @@ class Generate(WorldTest):
         result = self.world.run_launcher()
         self.assert_started(result, 4711)
         self.assertIn("None required", result.output)
-        self.assertIn("has app/4711", self.world.read_server_log())
+        # The server writes the line when it has noticed that the launcher is gone.
+        self.world.wait_for(lambda: "has app/4711" in self.world.read_server_log())
 
     def test_three_d_view_with_the_components_that_are_there(self):
         self.put("client/add_ons/match3d/defaults.cfg", "version\n\t9\n")

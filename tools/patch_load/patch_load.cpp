@@ -24,7 +24,8 @@ constexpr const char* HELP =
     "the same time, and reports how many finished.\n"
     "\n"
     "  --clients N       how many (1000, at most 10000)\n"
-    "  --server-pid PID  also report the server's memory\n";
+    "  --server-pid PID  also report the server's memory\n"
+    "  --help            show this text\n";
 
 constexpr std::uint32_t TIME_LIMIT_MS = 300000;
 
@@ -56,6 +57,13 @@ std::size_t count(const LOAD& load, LOAD_CLIENT::STATE state) {
     return static_cast<std::size_t>(
         std::count_if(load.clients.begin(), load.clients.end(),
                       [state](const auto& client) { return client->get_state() == state; }));
+}
+
+// A number of digits alone; 0 if it is none.
+unsigned long parse_number(const char* text) {
+    char* end = nullptr;
+    const unsigned long number = std::strtoul(text, &end, 10);
+    return *text != '-' && *end == '\0' ? number : 0;
 }
 
 int run(std::uint16_t port, std::size_t clients, const std::string& server_pid) {
@@ -120,9 +128,9 @@ int main(int argc, char** argv) {
         }
         const char* value = i + 1 < argc ? argv[i + 1] : "";
         if (option == "--port") {
-            port = std::strtoul(value, nullptr, 10);
+            port = parse_number(value);
         } else if (option == "--clients") {
-            clients = std::strtoul(value, nullptr, 10);
+            clients = parse_number(value);
         } else if (option == "--server-pid") {
             server_pid = value;
         } else {

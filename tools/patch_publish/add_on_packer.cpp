@@ -27,7 +27,8 @@ bool list_files(const fs::path& folder, std::vector<fs::path>& files, std::strin
     std::error_code error;
     for (fs::recursive_directory_iterator it(folder, error), end; !error && it != end;
          it.increment(error)) {
-        const fs::file_status status = it->symlink_status();
+        std::error_code gone;
+        const fs::file_status status = it->symlink_status(gone);
         const fs::path name = it->path().lexically_relative(folder);
         if (fs::is_regular_file(status)) {
             files.push_back(name);
@@ -116,15 +117,20 @@ bool add_to_mandatory(const PUBLISH_SETTINGS& settings, std::string& reason) {
     const fs::path folder = fs::path(settings.publish) / "data";
     const fs::path file = folder / MANDATORY_FILE;
     std::vector<std::string> lines;
+    std::error_code error;
+    const bool exists = fs::exists(file, error);
     std::ifstream in(file);
     for (std::string line; std::getline(in, line);) {
         lines.push_back(line);
+    }
+    if (error || (exists && (!in.is_open() || in.bad()))) {
+        reason = file.string() + " can't be read";
+        return false;
     }
     if (std::find(lines.begin(), lines.end(), settings.path) != lines.end()) {
         return true;
     }
     lines.push_back(settings.path);
-    std::error_code error;
     fs::create_directories(folder, error);
     const fs::path beside = file.string() + ".tmp";
     {
@@ -151,12 +157,17 @@ bool keep_other_content(const fs::path& published, const fs::path& fresh, std::s
          it.increment(error)) {
         const fs::path name = it->path().filename();
         const bool archive = name.string().ends_with(".tar.gz");
-        if ((it->is_directory() || archive) && !fs::exists(fresh / name)) {
+        const bool wanted = archive || it->is_directory(error);
+        if (!error && wanted && !fs::exists(fresh / name, error) && !error) {
             fs::copy(it->path(), fresh / name,
                      fs::copy_options::recursive | fs::copy_options::create_hard_links, error);
         }
+        if (error) {
+            reason = it->path().string() + ": " + error.message();
+            return false;
+        }
     }
-    reason = error ? error.message() : std::string();
+    reason = error ? published.string() + ": " + error.message() : std::string();
     return !error;
 }
 
@@ -202,7 +213,7 @@ bool publish_add_on(const PUBLISH_SETTINGS& settings, std::string& reason) {
         write_settings_file(settings, target, reason) &&
         copy_extra_file(settings.picture, fresh / "add_on.png", reason) &&
         copy_extra_file(settings.description_file, fresh / "description.txt", reason) &&
-        (!fs::exists(published) || keep_other_content(published, fresh, reason)) &&
+        (!fs::exists(published, error) || keep_other_content(published, fresh, reason)) &&
         goto_folder(fresh_holder, fresh.parent_path()) && goto_folder(published_holder, holder) &&
         fresh_holder.replace_folder(settings.path.c_str(), published_holder, settings.path.c_str());
     fs::remove_all(fresh, error);

@@ -35,12 +35,22 @@ bool parse_version(const char* text, std::uint16_t& version) {
     char* end = nullptr;
     const unsigned long value = std::strtoul(text, &end, 10);
     version = static_cast<std::uint16_t>(value);
-    return *text != '\0' && *end == '\0' && value >= 1 && value <= 65535;
+    return *text != '\0' && *text != '-' && *end == '\0' && value >= 1 && value <= 65535;
 }
 
 int refuse(const std::string& reason) {
     std::fprintf(stderr, "patch_publish: %s\n", reason.c_str());
     return 1;
+}
+
+int refuse_arguments(const std::string& reason) {
+    refuse(reason + " (see --help)");
+    return 2;
+}
+
+// The folders of the published folder that hold no add-on of that name.
+bool is_reserved(const std::string& name) {
+    return name == "data" || name == "skins";
 }
 
 }  // namespace
@@ -73,40 +83,43 @@ int main(int argc, char** argv) {
         }
         const auto option = options.find(argv[i]);
         if (option == options.end()) {
-            return refuse(std::string("unknown argument ") + argv[i] + " (see --help)");
+            return refuse_arguments(std::string("unknown argument ") + argv[i]);
         }
         if (++i == argc) {
-            return refuse(option->first + " needs a value");
+            return refuse_arguments(option->first + " needs a value");
         }
         *option->second = argv[i];
     }
     if (settings.publish.empty() || !parse_version(version.c_str(), settings.version)) {
-        return refuse("--publish DIR and --version N (1 to 65535) are needed (see --help)");
+        return refuse_arguments("--publish DIR and --version N (1 to 65535) are needed");
     }
     settings.minimum_version = settings.version;
     if (!minimum_version.empty() &&
         !parse_version(minimum_version.c_str(), settings.minimum_version)) {
-        return refuse("--minimum-version is a number from 1 to 65535");
+        return refuse_arguments("--minimum-version is a number from 1 to 65535");
     }
     if (settings.type != "app" && settings.type != "misc" && settings.type != "skin") {
-        return refuse("--type is one of app, misc, skin");
+        return refuse_arguments("--type is one of app, misc, skin");
     }
     if (settings.type == "app") {
         settings.path = "app";
     }
     if (!is_plain_folder_name(settings.path.c_str()) || settings.path[0] == '.' ||
         settings.path.size() > 32) {
-        return refuse("--path is a plain folder name of at most 32 characters");
+        return refuse_arguments("--path is a plain folder name of at most 32 characters");
+    }
+    if (is_reserved(settings.path) || is_reserved(settings.parent)) {
+        return refuse_arguments("no add-on can be called data or skins");
     }
     if (!settings.parent.empty() && !is_plain_folder_name(settings.parent.c_str())) {
-        return refuse("--parent is a plain folder name");
+        return refuse_arguments("--parent is a plain folder name");
     }
     if (settings.type == "app" && settings.source.empty()) {
-        return refuse("the client needs --source");
+        return refuse_arguments("the client needs --source");
     }
     if (settings.platform != "x11i86" && settings.platform != "win32" &&
         settings.platform != "mac") {
-        return refuse("--platform is one of x11i86, win32, mac");
+        return refuse_arguments("--platform is one of x11i86, win32, mac");
     }
     std::string reason;
     if (!publish_add_on(settings, reason)) {

@@ -41,6 +41,7 @@ std::shared_ptr<const PUBLISHED_CATALOGUE> CATALOGUE_WATCH::get() const {
 }
 
 void CATALOGUE_WATCH::watch() {
+    std::string told;
     std::unique_lock<std::mutex> guard(lock);
     while (!wake.wait_for(guard, WATCH_INTERVAL, [this] { return stopping; })) {
         guard.unlock();
@@ -54,7 +55,9 @@ void CATALOGUE_WATCH::watch() {
                            fresh->get_archives().size());
                 std::lock_guard<std::mutex> publish(lock);
                 catalogue = std::move(fresh);
-            } else {
+                told.clear();
+            } else if (reason != told) {
+                told = reason;
                 server_log("the published folder can't be read yet: %s", reason.c_str());
             }
         }

@@ -30,6 +30,9 @@ constexpr const char* HELP =
     "  --checkpoint-every BLOCKS   blocks between two checkpoints (16)\n"
     "  --key-exchange              agree on a key with each launcher and encipher the lists\n"
     "  --rate KB                   limit for each launcher in KiB a second (none)\n"
+    "  --patience SECONDS          a launcher that takes nothing of its stream for so long is "
+    "given\n"
+    "                              up (150)\n"
     "  --fault NAME[:N]            make a fault, for tests; may be given several times:\n"
     "                              %s\n"
     "  --help                      show this text\n";
@@ -63,6 +66,8 @@ bool parse_option(SERVER_SETTINGS& settings, const std::string& option, const ch
         settings.checkpoint_every = static_cast<std::uint32_t>(number);
     } else if (option == "--rate" && parse_number(value, 1, 4000000, number)) {
         settings.rate_kbps = static_cast<std::uint32_t>(number);
+    } else if (option == "--patience" && parse_number(value, 1, 86400, number)) {
+        settings.patience_s = static_cast<std::uint32_t>(number);
     } else {
         return option == "--fault" && settings.faults.parse(value);
     }

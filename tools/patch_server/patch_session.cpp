@@ -20,6 +20,9 @@ constexpr std::uint32_t MAX_INSTALLED = 1000;
 // A stream goes out in pieces of this size, so that no session holds up the others.
 constexpr std::uint32_t STREAM_PIECE = 0x100000;
 constexpr std::size_t MAX_HISTORY = 400;
+// A launcher asks again when it has its answer. Who goes on asking and takes no answers would have
+// them pile up here.
+constexpr std::uint32_t MAX_UNHEARD = 16;
 
 }  // namespace
 
@@ -57,6 +60,11 @@ void PATCH_SESSION::note(const std::string& text) {
 }
 
 void PATCH_SESSION::handle_message(NETWORK_MESSAGE& message) {
+    unheard = connection->is_send_blocked() ? unheard + 1 : 0;
+    if (unheard > MAX_UNHEARD) {
+        end("asked without taking the answers");
+        return;
+    }
     std::uint16_t id = 0;
     std::uint16_t version = 0;
     if (!(message >> id)) {
@@ -181,6 +189,7 @@ void PATCH_SESSION::handle_file_request(NETWORK_MESSAGE& message, bool start_str
     offset = held;
     run_crc = 0;
     blocks_in_run = 0;
+    moved_ms = get_ms_count();
     connection->release_sends();
     if (start_stream) {
         connection->hold_sends();
@@ -246,6 +255,12 @@ PATCH_SESSION::PUMP_RESULT PATCH_SESSION::pump(std::uint32_t now_ms) {
         }
     } else {
         moved = send_stream_piece();
+        if (moved) {
+            moved_ms = now_ms;
+        } else if (now_ms - moved_ms > host.settings.patience_s * 1000) {
+            // The connection's own timers rest during a stream.
+            end("took nothing of its stream for too long");
+        }
     }
     const std::uint64_t sent = bytes_sent - before;
     rate_bytes -= std::min(rate_bytes, sent);

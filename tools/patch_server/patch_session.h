@@ -78,6 +78,8 @@ private:
 
     const std::uint32_t started_ms;
     std::uint32_t transfer_ms = 0;  // when the archive was first asked for
+    std::uint32_t moved_ms = 0;     // when the launcher last took a piece of its stream
+    std::uint32_t unheard = 0;      // messages in a row that came while answers wait to be taken
     std::uint64_t bytes_sent = 0;   // of archives
     std::string peer;
     std::string history;  // what was asked for

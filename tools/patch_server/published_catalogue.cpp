@@ -169,6 +169,10 @@ std::shared_ptr<const PUBLISHED_CATALOGUE> PUBLISHED_CATALOGUE::scan(const std::
         reason = folder + " holds no published client (app/defaults.cfg)";
         return nullptr;
     }
+    if (before.empty()) {
+        reason = folder + " can't be read to its end";
+        return nullptr;
+    }
     ADD_ONS_MANAGER& manager = *ADD_ONS_MANAGER::get_instance();
     manager.get_list(disk);
     auto catalogue = std::make_shared<PUBLISHED_CATALOGUE>();
@@ -181,7 +185,13 @@ std::shared_ptr<const PUBLISHED_CATALOGUE> PUBLISHED_CATALOGUE::scan(const std::
     for (std::int32_t i = 0; i < manager.mandatory.get_count(); ++i) {
         catalogue->mandatory.insert(static_cast<const ADD_ON*>(manager.mandatory[i])->path);
     }
-    catalogue->add_archives(folder, block_size);
+    if (find_by_path(catalogue->add_ons, "app") == nullptr) {
+        reason = folder + "/app can't be read";
+        return nullptr;
+    }
+    if (!catalogue->add_archives(folder, block_size, reason)) {
+        return nullptr;
+    }
     if (make_fingerprint(folder) != before) {
         reason = folder + " changed while it was read";
         return nullptr;
@@ -189,17 +199,25 @@ std::shared_ptr<const PUBLISHED_CATALOGUE> PUBLISHED_CATALOGUE::scan(const std::
     return catalogue;
 }
 
-void PUBLISHED_CATALOGUE::add_archives(const std::string& folder, std::uint32_t block_size) {
+bool PUBLISHED_CATALOGUE::add_archives(const std::string& folder, std::uint32_t block_size,
+                                       std::string& reason) {
     const ADD_ONS_MANAGER& manager = *ADD_ONS_MANAGER::get_instance();
     for (std::int32_t i = 0; i < manager.crc_infos.get_count(); ++i) {
         const CRC_INFO& info = *static_cast<const CRC_INFO*>(manager.crc_infos[i]);
         const std::string file = published_folder(folder, *info.add_on) + "/" +
                                  archive_name(*info.add_on, info.platform);
-        PUBLISHED_ARCHIVE archive(info.add_on->path, info.platform, info.crc, file.c_str());
-        if (archive.is_open() && (block_size == 0 || archive.make_block_crcs(block_size))) {
-            archives.push_back(std::move(archive));
+        std::error_code error;
+        if (!fs::exists(file, error) && !error) {
+            continue;  // not for this platform
         }
+        PUBLISHED_ARCHIVE archive(info.add_on->path, info.platform, info.crc, file.c_str());
+        if (!archive.is_open() || (block_size != 0 && !archive.make_block_crcs(block_size))) {
+            reason = file + " can't be read, or is larger than 4 GB";
+            return false;
+        }
+        archives.push_back(std::move(archive));
     }
+    return true;
 }
 
 const PUBLISHED_ARCHIVE* PUBLISHED_CATALOGUE::find_archive(const char* path,
@@ -246,8 +264,11 @@ std::string make_fingerprint(const std::string& folder) {
                             std::to_string(status.st_mtim.tv_nsec));
         }
     }
-    std::sort(lines.begin(), lines.end());
     std::string text;
+    if (error) {
+        return text;
+    }
+    std::sort(lines.begin(), lines.end());
     for (const std::string& line : lines) {
         text += line + "\n";
     }

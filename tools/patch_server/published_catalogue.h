@@ -48,9 +48,9 @@ private:
 
 class PUBLISHED_CATALOGUE {
 public:
-    // Walks the published folder. Null, with the reason in words, if it holds no client or changed
-    // during the walk. With a `block_size` other than 0 the archives are prepared for being sent in
-    // such blocks. Uses ADD_ONS_MANAGER, which has to be started.
+    // Walks the published folder. Null, with the reason in words, if it holds no client, can't be
+    // read to its end or changed during the walk. With a `block_size` other than 0 the archives are
+    // prepared for being sent in such blocks. Uses ADD_ONS_MANAGER, which has to be started.
     static std::shared_ptr<const PUBLISHED_CATALOGUE> scan(const std::string& folder,
                                                            std::uint32_t block_size,
                                                            std::string& reason);
@@ -68,14 +68,15 @@ public:
     const std::vector<PUBLISHED_ARCHIVE>& get_archives() const { return archives; }
 
 private:
-    void add_archives(const std::string& folder, std::uint32_t block_size);
+    bool add_archives(const std::string& folder, std::uint32_t block_size, std::string& reason);
 
     std::vector<std::unique_ptr<ADD_ON>> add_ons;
     std::set<std::string> mandatory;
     std::vector<PUBLISHED_ARCHIVE> archives;
 };
 
-// A text that changes whenever something below the published folder does.
+// A text that changes whenever something below the published folder does; empty if the folder can't
+// be read to its end.
 std::string make_fingerprint(const std::string& folder);
 
 #endif  // TOOLS_PATCH_SERVER_PUBLISHED_CATALOGUE_H

@@ -15,7 +15,8 @@ struct SERVER_SETTINGS {
     std::uint32_t block_size = 262144;
     std::uint32_t checkpoint_every = 16;  // blocks between two checkpoints
     bool key_exchange = false;
-    std::uint32_t rate_kbps = 0;  // KiB a second for each client; 0: no limit
+    std::uint32_t rate_kbps = 0;     // KiB a second for each client; 0: no limit
+    std::uint32_t patience_s = 150;  // with a launcher that takes nothing of its stream
     SERVER_FAULTS faults;
 };
 

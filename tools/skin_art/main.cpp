@@ -3,6 +3,7 @@
 // that draws their pictures. Two runs give the same bytes.
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -182,6 +183,10 @@ void make_derived_skin(const fs::path& sources, const fs::path& target, const PA
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+        std::fputs(USAGE, stdout);
+        return 0;
+    }
     if (argc != 4) {
         std::fputs(USAGE, stderr);
         return 2;
@@ -190,21 +195,23 @@ int main(int argc, char** argv) {
     const fs::path fonts = argv[2];
     const fs::path target = argv[3];
     const fs::path skins = target / "skins";
+    PALETTE palette;
+    palette.add_file(sources / MAIN_SKIN);
+    PALETTE dark_palette = palette;
+    dark_palette.add_file(sources / DARK_SKIN);
+    const STYLE_SOURCES styles = read_style_sources(sources / MAIN_SKIN, {});
+    const STYLE_SOURCES dark_styles = read_style_sources(sources / DARK_SKIN, styles);
+
+    // Only now: folders without good sources lose nothing.
     std::error_code ignored;
     fs::remove_all(skins / MAIN_SKIN, ignored);
     fs::remove_all(skins / DARK_SKIN, ignored);
-
-    PALETTE palette;
-    palette.add_file(sources / MAIN_SKIN);
-    const STYLE_SOURCES styles = read_style_sources(sources / MAIN_SKIN, {});
     make_main_skin(sources / MAIN_SKIN, fonts, skins / MAIN_SKIN, palette, styles);
     PICTURE_OUTPUT top(target);
     draw_splash(palette, fonts / (std::string(NAME_FONT) + ".otf"), top);
     draw_wait_animation(palette, top);
 
-    PALETTE dark_palette = palette;
-    dark_palette.add_file(sources / DARK_SKIN);
-    make_derived_skin(sources / DARK_SKIN, skins / DARK_SKIN, palette, dark_palette,
-                      read_style_sources(sources / DARK_SKIN, styles), skins / MAIN_SKIN);
+    make_derived_skin(sources / DARK_SKIN, skins / DARK_SKIN, palette, dark_palette, dark_styles,
+                      skins / MAIN_SKIN);
     return 0;
 }

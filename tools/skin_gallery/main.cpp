@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -87,6 +88,10 @@ bool save(const IMAGE& image, const fs::path& folder, const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
+        std::fputs(USAGE, stdout);
+        return 0;
+    }
     if (argc < 4) {
         std::fputs(USAGE, stderr);
         return 2;
