@@ -19,7 +19,10 @@ constexpr std::uint16_t FIRST_FORMAT_WITH_VERSION = 1200;
 constexpr std::uint32_t MAX_INSTALLED = 1000;
 // A stream goes out in pieces of this size, so that no session holds up the others.
 constexpr std::uint32_t STREAM_PIECE = 0x100000;
+// Of a session's line in the log: what was asked for, and how transfers ended, which finds room
+// behind any number of questions.
 constexpr std::size_t MAX_HISTORY = 400;
+constexpr std::size_t MAX_HISTORY_WITH_ENDS = 600;
 // A launcher asks again when it has its answer. Who goes on asking and takes no answers would have
 // them pile up here.
 constexpr std::uint32_t MAX_UNHEARD = 16;
@@ -56,7 +59,7 @@ void PATCH_SESSION::log_end(bool by_server) const {
 
 // A launcher may ask as often as it likes; the line in the log stays of a readable length.
 void PATCH_SESSION::note(const std::string& text) {
-    history.append(text, 0, MAX_HISTORY - history.size());
+    history.append(text, 0, MAX_HISTORY - std::min(MAX_HISTORY, history.size()));
 }
 
 void PATCH_SESSION::handle_message(NETWORK_MESSAGE& message) {
@@ -340,7 +343,8 @@ void PATCH_SESSION::send_block() {
 
 // An archive has gone out to its end.
 void PATCH_SESSION::note_transfer() {
-    note(" done in " + std::to_string(get_ms_count() - transfer_ms) + " ms");
+    history.append(" done in " + std::to_string(get_ms_count() - transfer_ms) + " ms", 0,
+                   MAX_HISTORY_WITH_ENDS - history.size());
 }
 
 bool PATCH_SESSION::send_stream_piece() {
