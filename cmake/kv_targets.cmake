@@ -56,11 +56,11 @@ function(kv_benchmark name)
     target_link_libraries(${name} PRIVATE kv_build_flags ${ARG_LINK} benchmark::benchmark_main)
 endfunction()
 
-# kv_fuzzer(NAME SOURCES ... LINK ...): a fuzz target with LLVMFuzzerTestOneInput, its seeds in
-# fuzz/seeds/NAME. With libFuzzer it is a fuzzer; otherwise a small driver of our own replays the
-# seeds and a fixed number of mutations of them, and ctest runs that.
+# kv_fuzzer(NAME SOURCES ... LINK ... [MUTATIONS n]): a fuzz target with LLVMFuzzerTestOneInput, its
+# seeds in fuzz/seeds/NAME. With libFuzzer it is a fuzzer; otherwise a small driver of our own
+# replays the seeds and MUTATIONS (300) mutations of each, and ctest runs that.
 function(kv_fuzzer name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "MUTATIONS" "SOURCES;LINK" ${ARGN})
     if(KV_LIBFUZZER)
         add_executable(${name} ${ARG_SOURCES})
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
@@ -68,7 +68,7 @@ function(kv_fuzzer name)
         add_executable(${name} ${ARG_SOURCES} ${CMAKE_SOURCE_DIR}/fuzz/replay_main.cpp)
         if(KV_TESTS)
             add_test(NAME ${name}.replay
-                COMMAND ${name} ${CMAKE_SOURCE_DIR}/fuzz/seeds/${name})
+                COMMAND ${name} ${CMAKE_SOURCE_DIR}/fuzz/seeds/${name} ${ARG_MUTATIONS})
             set_tests_properties(${name}.replay PROPERTIES TIMEOUT 120)
         endif()
     endif()

@@ -99,6 +99,18 @@ TEST_F(CheckBoxTest, IsOneStopOfTheFocus) {
     EXPECT_EQ(0, calls);
 }
 
+TEST_F(CheckBoxTest, ACallbackRemovesTheWholeCheckBox) {
+    for (const int px : {15, 35}) {
+        WM_CHECK_BOX* check_box = add_check_box("Start the game");
+        result = WM_MESG_REMOVE_OBJECT;
+        point(px, 18);
+        press();
+        EXPECT_EQ(WM_MESG_NONE, release());
+        EXPECT_FALSE(area().find_object(check_box));
+        tick();
+    }
+}
+
 TEST_F(CheckBoxTest, ResizeCentresTheParts) {
     WM_CHECK_BOX* check_box = add_check_box("Start the game");
     check_box->resize(60, 40, 1);

@@ -238,6 +238,15 @@ TEST_F(GridTest, TheRowThatOverflowsLaysAllOutOnce) {
     EXPECT_EQ(35, weighted[0]->width);
 }
 
+TEST_F(GridTest, TheBarIsNoWiderThanTheGrid) {
+    WM_GRID* grid = add_grid(12, 50);
+    fill(grid, 8);
+    draw_all();
+    ASSERT_NE(nullptr, grid->scrollbar);
+    EXPECT_EQ(10, grid->scrollbar->x);
+    EXPECT_EQ(12, grid->scrollbar->width);
+}
+
 TEST_F(GridTest, NoBarWhereTheStyleForbidsIt) {
     grid_style.flags |= STYLE_GRID_NO_SCROLLBAR;
     WM_GRID* grid = add_grid(50, 50);

@@ -179,6 +179,10 @@ TEST_F(HintTest, LeavesTheFocusWhereItIs) {
     tick_page(25, 15);
     EXPECT_TRUE(button->hint.is_showing());
     EXPECT_TRUE(next->has_focus());
+    next->hide(0, 0);
+    tick_page(25, 15);
+    EXPECT_TRUE(button->hint.is_showing());
+    EXPECT_FALSE(next->has_focus());
     KEYBOARD::set_modifiers(KEYBOARD_MODIFIER_CONTROL);
     type(KEY_TAB);
     tick_page(25, 15);

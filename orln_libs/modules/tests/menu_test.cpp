@@ -429,6 +429,27 @@ TEST_F(MenuTest, APopupWhoseButtonIsntDrawnYetIsShown) {
     whole_tick();
     const WM_FLOATING_MENU& popup = *sub->popup;
     EXPECT_EQ(FACE, pixel(popup.x + 1, popup.y + popup.height - 1));
+    sub->start_closing_popup();
+    whole_tick();
+    EXPECT_EQ(COLOUR_BLACK, pixel(popup.x + 1, popup.y + popup.height - 1));
+}
+
+TEST_F(MenuTest, APopupThatIsLeftAtOnceStaysClosed) {
+    effect.flags = EFFECT_FADE_OUT;  // of the menu, which keeps its sub-menu in the list so long
+    effect.time = 100000;
+    WM_FLOATING_MENU* menu = add_floating_menu(20, 20, nullptr);
+    WM_MENU* sub = menu->add_menu("More", 0, 0, nullptr, nullptr);
+    fill(sub->popup.get(), 5);
+    area().add_modal_object(menu, 0);
+    whole_tick();
+    sub->open();
+    menu->close_linked_popup(0);
+    menu->start_closing();
+    whole_tick();
+    whole_tick();
+    const WM_FLOATING_MENU& popup = *sub->popup;
+    EXPECT_EQ(0, popup.alpha);
+    EXPECT_EQ(COLOUR_BLACK, pixel(popup.x + 1, popup.y + popup.height - 1));
 }
 
 TEST_F(MenuTest, AButtonUnderADialogShowsThatItsPopupHasGone) {

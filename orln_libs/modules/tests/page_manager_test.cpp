@@ -500,6 +500,19 @@ TEST_F(FocusTest, AModalObjectKeepsTheFocusAndGivesItBack) {
     EXPECT_EQ(nullptr, focal());
 }
 
+TEST_F(FocusTest, AnObjectThatIsHiddenItselfLosesTheFocus) {
+    TEST_OBJECT* a = add_focusable();
+    TEST_OBJECT* b = add_focusable();
+    pages().monitor(0);
+    EXPECT_EQ(a, focal());
+    a->hide(0, 0);
+    pages().monitor(0);
+    EXPECT_EQ(b, focal());
+    b->hide(0, 0);
+    pages().monitor(0);
+    EXPECT_EQ(nullptr, focal());
+}
+
 class CELLS : public TEST_OBJECT {
 public:
     CELLS() : TEST_OBJECT(0, 0, 100, 100) { type_flags |= WMF_GRID; }

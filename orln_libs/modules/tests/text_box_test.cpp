@@ -551,6 +551,27 @@ TEST_F(TextBoxText, AnUnfocusedBoxWithAPrefixShowsItBeforeTheText) {
     EXPECT_EQ(0, lines.grid->x);
 }
 
+TEST_F(TextBoxText, PartsMadeOutsideTheWindowAreAsLargeAsInside) {
+    TEXT_BOX& prefixed = make("text", TBF_EDITABLE, 100, 14);
+    prefixed.move(0, -50);
+    prefixed.set_prefix_text("To:");
+    const TEXT_BOX_WORD* prefix = nullptr;
+    OBJECT_WALK walk(prefixed.background->objects, OBJECT_WALK::FORWARD);
+    while (WM_SCREEN_OBJECT* part = walk.next()) {
+        prefix = prefix == nullptr ? dynamic_cast<TEXT_BOX_WORD*>(part) : prefix;
+    }
+    ASSERT_NE(nullptr, prefix);
+    EXPECT_EQ(prefixed.grid->y, prefix->y);
+    EXPECT_EQ(prefixed.grid->height, prefix->height);
+    TEXT_BOX& counting = make("text", TBF_MULTI_LINE, 100, 100, 10);
+    counting.move(-200, 0);
+    counting.set_flags(TBF_MULTI_LINE | TBF_SHOW_REMAINING);
+    ASSERT_NE(nullptr, counting.info);
+    EXPECT_EQ(-200, counting.info->x);
+    EXPECT_EQ(100, counting.info->width);
+    EXPECT_EQ(100, counting.info->y + counting.info->height);
+}
+
 TEST_F(TextBoxText, APasswordShowsAsStars) {
     const TEXT_BOX& box = make("ab c<d:e#f>", TBF_EDITABLE | TBF_PASSWORD, 100, 30);
     EXPECT_EQ("**|*|*|*", row_text(box, 0));

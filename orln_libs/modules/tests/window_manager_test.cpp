@@ -125,6 +125,22 @@ TEST_F(WindowSlots, TheAlertsWindowIsFocalOnItsOwn) {
     EXPECT_TRUE(WM_WINDOW_MANAGER::is_window_data_saveable(2));
 }
 
+TEST_F(WindowSlots, TheMarkOfTheFocusComesAndGoesWithTheFocalWindow) {
+    add_window(1, 1);
+    TEST_OBJECT* object = add(new TEST_OBJECT(0, 0, 10, 10));
+    object->allowed_focus = true;
+    object->take_focus(1);
+    draw_all();
+    manager().set_window_as_focal_window(1);
+    EXPECT_EQ(1, info().pending_count);
+    draw_all();
+    manager().set_window_as_focal_window(WM_WINDOW_MANAGER::MAIN_WINDOW);
+    EXPECT_EQ(1, info().pending_count);
+    draw_all();
+    manager().set_window_as_focal_window(WM_WINDOW_MANAGER::MAIN_WINDOW);
+    EXPECT_EQ(0, info().pending_count);
+}
+
 TEST_F(WindowSlots, AModalObjectStopsAllOtherWindows) {
     add_window(1, 1);
     auto* main_object = new TEST_OBJECT(0, 0, 5, 5);

@@ -146,10 +146,12 @@ void TEXT_BOX::make_info(const PLACES& places) {
     if (!wanted || info != nullptr) {
         return;
     }
-    info = new WM_SCRIPT(
-        to_short(places.left), to_short(places.top), to_short(std::max(places.right, 0)), -1,
-        GUI_SKIN::get_style_set("TEXT_BOX_INFO", style_prefix), "Info will go here...", window);
-    info->move(info->x, to_short(places.bottom - info->height + 1));
+    // Made at the origin: beyond the window's edge its far edge may be negative, which has a
+    // meaning.
+    info = new WM_SCRIPT(0, 0, to_short(std::max(places.right - places.left, 0)), -1,
+                         GUI_SKIN::get_style_set("TEXT_BOX_INFO", style_prefix),
+                         "Info will go here...", window);
+    info->move(to_short(places.left), to_short(places.bottom - info->height + 1));
     background->add_object(info, 0);
 }
 
@@ -165,8 +167,9 @@ void TEXT_BOX::make_prefix(const PLACES& places) {
     WM_STYLE_SET style;
     set_style_set(COLOUR_INVISIBLE, COLOUR_INVISIBLE, TEXT_BOX_FADED, 0, 0, style);
     prefix_word =
-        new TEXT_BOX_WORD(to_short(places.left), to_short(places.grid_top), -1,
-                          to_short(std::max(places.grid_bottom, 0)), style, prefix_text, window);
+        new TEXT_BOX_WORD(0, 0, -1, to_short(std::max(places.grid_bottom - places.grid_top, 0)),
+                          style, prefix_text, window);
+    prefix_word->move(to_short(places.left), to_short(places.grid_top));
     prefix_word->enabled = enabled;
     background->add_object(prefix_word, 0);
 }

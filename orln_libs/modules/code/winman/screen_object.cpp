@@ -310,7 +310,9 @@ WM_MESG WM_SCREEN_OBJECT::monitor_modals(WM_WINDOW_INFO& info, bool& taken) {
     modal->close_requested = false;
     info.monitor_modals = false;
     if (modal->hide_on_screen_refresh()) {
-        info.focal_object_monitored = true;  // a hint only passes the input on: the focus stays
+        // A hint only passes the input on: the focus stays, unless it has been hidden.
+        info.focal_object_monitored =
+            info.focal_object == nullptr || info.focal_object->get_visible(1);
     }
     const WM_MESG result = modal->monitor();
     WM_WINDOW_INFO* after = get_window_info();
@@ -329,7 +331,7 @@ WM_MESG WM_SCREEN_OBJECT::monitor_modals(WM_WINDOW_INFO& info, bool& taken) {
 
 WM_MESG WM_SCREEN_OBJECT::monitor() {
     WM_WINDOW_INFO* info = get_window_info();
-    if (has_focus()) {
+    if (visible && has_focus()) {  // a hidden one is to lose it
         info->focal_object_monitored = true;
         last_focus_time = now_ms;
     }

@@ -79,7 +79,8 @@ void WM_SCREEN_OBJECT::mark_entire_redraw_area() {
 }
 
 void WM_SCREEN_OBJECT::mark_own_rectangle() {
-    if (parent != nullptr && parent->drawn) {
+    // A modal object is seen on its own, also when what has opened it isn't: not yet, or no more.
+    if ((parent != nullptr && parent->drawn) || (drawn && is_modal_object())) {
         const WM_REGION region = get_region();
         mark_redraw_subarea(region.left, region.top, region.right, region.bottom, REDRAW_GAP);
     }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "modules/3d/render_manager_base.h"
 #include "modules/frameworks/windowed_application_framework.h"
@@ -332,7 +333,16 @@ void WM_WINDOW_MANAGER::set_window_as_focal_window(signed char index) {
     if (shutting_down || index < 0 || index >= WINDOW_COUNT) {
         return;
     }
-    (index == ALERTS_WINDOW ? focal_alerts_window : focal_window) = index;
+    signed char& focal = index == ALERTS_WINDOW ? focal_alerts_window : focal_window;
+    if (focal != index) {
+        // The objects with the focus look as if without in a window that isn't focal.
+        for (const signed char changed : {std::exchange(focal, index), index}) {
+            WM_SCREEN_OBJECT* object = get_focal_object(changed);
+            if (object != nullptr && object->visible) {
+                object->request_draw(0, 0);
+            }
+        }
+    }
     last_focal_window = index;
 }
 

@@ -1,6 +1,7 @@
 #include "modules/winman/wm_check_box.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "../gui/to_short.h"
 #include "modules/winman/wm_button.h"
@@ -121,7 +122,18 @@ WM_MESG WM_CHECK_BOX::callback_of_parts(WM_SCREEN_OBJECT* object, void* data1, v
     }
     auto& check_box = *static_cast<WM_CHECK_BOX*>(data1);
     check_box.set_checked(!check_box.checked);
-    return check_box.callback != nullptr
-               ? check_box.callback(&check_box, check_box.callback_data1, check_box.callback_data2)
-               : WM_MESG_NONE;
+    const WM_MESG result =
+        check_box.callback != nullptr
+            ? check_box.callback(&check_box, check_box.callback_data1, check_box.callback_data2)
+            : WM_MESG_NONE;
+    if (result == WM_MESG_REMOVE_OBJECT) {
+        check_box.removal_requested = true;  // of the check box, not of the part
+        return WM_MESG_HANDLED;
+    }
+    return result;
+}
+
+WM_MESG WM_CHECK_BOX::monitor() {
+    const WM_MESG result = WM_SCREEN_OBJECT::monitor();
+    return std::exchange(removal_requested, false) ? WM_MESG_REMOVE_OBJECT : result;
 }

@@ -478,3 +478,9 @@ void WM_FLOATING_MENU::hide(unsigned char modals, unsigned char children) {
         owner_menu->request_draw(0, 0);
     }
 }
+
+void WM_FLOATING_MENU::start_closing() {
+    // Left before its first monitor, it doesn't count as shown again there.
+    was_visible = visible;
+    WM_DIALOG::start_closing();
+}

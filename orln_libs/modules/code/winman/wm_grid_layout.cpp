@@ -36,7 +36,9 @@ bool WM_GRID::has_scrolled_rows() const {
 }
 
 std::int32_t WM_GRID::get_bar_width() const {
-    return bar_layout ? scrollbar_style.grid_scrollbar_width : 0;
+    return bar_layout
+               ? std::min<std::int32_t>(scrollbar_style.grid_scrollbar_width, get_inner_width())
+               : 0;
 }
 
 std::int32_t WM_GRID::get_row_top(std::int16_t row) const {

@@ -230,7 +230,8 @@ public:
 protected:
     // The slot of the object's window; null if there is none.
     WM_WINDOW_INFO* get_window_info() const;
-    // mark_redraw_subarea of the object's rectangle, if the parent is on the back buffer.
+    // mark_redraw_subarea of the object's rectangle, if the parent is on the back buffer, or the
+    // object itself as a modal one.
     void mark_own_rectangle();
     WM_REGION get_region() const;
 

@@ -25,6 +25,8 @@ public:
     ~WM_CHECK_BOX() override;
 
     void hide(unsigned char modals, unsigned char children) override;
+    // Passes a WM_MESG_REMOVE_OBJECT of the callback to the parent, which removes the check box.
+    WM_MESG monitor() override;
     // Centres both parts vertically.
     void resize(std::int16_t new_width, std::int16_t new_height, unsigned char children) override;
     // A part allows the focus and is enabled.
@@ -47,6 +49,8 @@ public:
     static WM_MESG callback_of_parts(WM_SCREEN_OBJECT* object, void* data1, void* data2);
 
 private:
+    bool removal_requested = false;  // by the callback, in this monitor
+
     void setup(const WM_STYLE_SET& style, const char* text);
 };
 

@@ -95,6 +95,7 @@ public:
     void set_childrens_allowed_focus(unsigned char allowed);
 
     void hide(unsigned char modals, unsigned char children) override;
+    void start_closing() override;
     WM_MESG monitor() override;
     void resize(std::int16_t new_width, std::int16_t new_height, unsigned char children) override;
     void set_title(const char* text) override;
