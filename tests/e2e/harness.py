@@ -19,6 +19,9 @@ PATCH_PUBLISH = os.path.join(BUILD, "tools", "patch_publish", "patch_publish")
 DEMO_CLIENT = os.path.join(BUILD, "tools", "demo_client", "demo_client")
 LEAKS_OF_OTHERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "leaks_of_others.txt")
 SKIN_DATA = os.path.join(BUILD, "data")
+with open(os.path.join(BUILD, "CMakeCache.txt")) as cache:
+    # The sanitizer of undefined behaviour, which needs descriptors of its own for its checks.
+    CHECKS_BEHAVIOUR = re.search(r"^KV_SANITIZE:.*undefined", cache.read(), re.M) is not None
 
 # Generous: sanitizers and a busy machine make everything slower.
 TIMEOUT = 90
